@@ -1,0 +1,246 @@
+#include "messages/Log.h"
+
+#include "messages/CMessage.h"
+#include "messages/OutsideTest.h"
+
+namespace kvl {
+namespace {
+
+constexpr const char* kLogPath = "/work/LogFiles/x.kvl.log.txt";
+constexpr const char* kOldLogPath = "/work/LogFiles/x.kvl.log_old.txt";
+
+class Log : public OutsideTest {
+protected:
+    Log() {
+        outside.memory.PutDirectory("/work/LogFiles");
+        outside.surroundings.now = 1709967909;  // 2024-03-09 07:05:09
+    }
+
+    std::string LogText() { return outside.memory.Get(kLogPath); }
+    // What the log holds behind its first lines.
+    std::string LogBody() { return LogText().substr(head_.size()); }
+
+    const std::string head_ = "LogFile /work/LogFiles/x.kvl.log.txt. \nCreated: Sat Mar  9 07:05:09 2024\n";
+};
+
+using Messages = Log;
+
+TEST_F(Messages, AnErrorIsShownLoggedAndCounted) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    EXPECT_FALSE(Report(ERR_EXEC_ENVIRON_FATAL_1, "reason"));
+    const std::string text = "\nERROR: ERR_EXEC_ENVIRON_FATAL_1\nFatal error: reason\n\n";
+    EXPECT_EQ(outside.console.TextIn(12), text);
+    EXPECT_EQ(LogBody(), text);
+    EXPECT_EQ(Process().errorCount, 1);
+    EXPECT_EQ(Process().warningCount, 0);
+    EXPECT_TRUE(HasMessages());
+}
+
+TEST_F(Messages, AWarningIsCountedForItself) {
+    MessageContext context;
+    context.Set(ERRSTR_VAR_TYPE, "T");
+    CMessage(WARN_DECL_SCRIPT_ELSE_4, context).Report();
+    EXPECT_TRUE(outside.console.TextIn(14).starts_with("\nWARNING: WARN_DECL_SCRIPT_ELSE_4\nType ::T declared"));
+    EXPECT_EQ(outside.console.TextIn(12), "");
+    EXPECT_EQ(Process().errorCount, 0);
+    EXPECT_EQ(Process().warningCount, 1);
+    EXPECT_TRUE(HasMessages());
+}
+
+TEST_F(Messages, AnUnknownOneCountsAsError) {
+    Report(4, MessageContext());
+    EXPECT_EQ(Process().errorCount, 1);
+}
+
+TEST_F(Log, OpensWithItsFirstLines) {
+    EXPECT_FALSE(LogIsOpen());
+    ASSERT_TRUE(OpenLog(kLogPath));
+    EXPECT_TRUE(LogIsOpen());
+    EXPECT_EQ(LogText(), head_);
+    EXPECT_EQ(outside.console.output, "LogFile /work/LogFiles/x.kvl.log.txt Created Successful. \n");
+    EXPECT_EQ(Process().logWriteCount, 0);
+    EXPECT_FALSE(outside.memory.Has(kOldLogPath));
+}
+
+TEST_F(Log, KeepsOnePredecessor) {
+    outside.memory.Put(kOldLogPath, "oldest");
+    outside.memory.Put(kLogPath, "old");
+    ASSERT_TRUE(OpenLog(kLogPath));
+    EXPECT_EQ(outside.memory.Get(kOldLogPath), "old");
+    EXPECT_EQ(LogText(), head_);
+}
+
+TEST_F(Log, GoesOnWithoutADate) {
+    outside.surroundings.hasLocalTime = false;
+    ASSERT_TRUE(OpenLog(kLogPath));
+    EXPECT_TRUE(outside.console.output.ends_with("Invalid Arguments for _ctime_s. Error Code: 22\n"));
+    EXPECT_TRUE(LogText().ends_with("\nCreated: \n"));
+}
+
+TEST_F(Log, ThatCannotBeOpenedIsReported) {
+    outside.files.FailAt(FileOperation::OpenWriter, 1, EACCES);
+    EXPECT_FALSE(OpenLog(kLogPath));
+    EXPECT_FALSE(LogIsOpen());
+    EXPECT_EQ(Process().errorCount, 1);
+    EXPECT_NE(outside.console.output.find("ERR_EXEC_SCRIPT_FILE_1\nFile /work/LogFiles/x.kvl.log.txt can not be found"),
+              std::string::npos);
+    WriteLog("lost");
+    CloseLog();
+}
+
+TEST_F(Log, ClosesWithARule) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    WriteLog("text\n");
+    CloseLog();
+    EXPECT_FALSE(LogIsOpen());
+    EXPECT_EQ(LogBody(), "text\n" + std::string(77, '/') + "\r\n");
+    WriteLog("behind the end");
+    CloseLog();
+    EXPECT_EQ(LogBody(), "text\n" + std::string(77, '/') + "\r\n");
+}
+
+TEST_F(Log, TakesAsManyWritesAsTheLimitAllows) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    for (int i = 0; i < 100000; ++i)
+        WriteLog("x");
+    EXPECT_TRUE(LogIsOpen());
+    EXPECT_EQ(LogBody(), std::string(100000, 'x'));
+}
+
+TEST_F(Log, ClosesItselfAboveTheLimit) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    const std::size_t consoleSize = outside.console.output.size();
+    for (int i = 0; i < 100001; ++i)
+        WriteLog("x");
+    EXPECT_FALSE(LogIsOpen());
+    WriteLog("lost");
+    CloseLog();
+    EXPECT_EQ(LogBody(), std::string(100001, 'x') + "\nLogFile Exceeds 100000 lines. \n\nLogFile Is Closing. \n");
+    EXPECT_EQ(outside.console.output.size(), consoleSize);
+}
+
+TEST_F(Log, TheClosingRuleMayBeTheWriteThatExceeds) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    for (int i = 0; i < 100000; ++i)
+        WriteLog("");
+    CloseLog();
+    EXPECT_EQ(LogBody(), std::string(77, '/') + "\nLogFile Exceeds 100000 lines. \n\nLogFile Is Closing. \n");
+}
+
+TEST_F(Log, GetsNotesAndProgressLikeTheConsole) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    const std::size_t consoleSize = outside.console.output.size();
+    WriteNote("A = M()");
+    PrintAndLog("File: x\n");
+    Print("for the console\n");
+    EXPECT_EQ(LogBody(), "\nA = M()\nFile: x\n");
+    EXPECT_EQ(outside.console.output.substr(consoleSize), "\nA = M()\nFile: x\nfor the console\n");
+    EXPECT_EQ(outside.console.TextIn(10), "\nA = M()\n");
+}
+
+TEST_F(Log, NothingIsPrintedForAnEmptyText) {
+    PrintColoured("", 12);
+    Print("");
+    EXPECT_TRUE(outside.console.pieces.empty());
+}
+
+TEST_F(Log, SummaryIsOnePieceOfThreeLines) {
+    Process().warningCount = 2;
+    Process().errorCount = 13;
+    WriteSummary();
+    const std::string rule(78, '=');
+    const std::string counters = "Warnings: 2 Errors: 13";
+    ASSERT_EQ(outside.console.pieces.size(), 1u);
+    EXPECT_EQ(outside.console.pieces[0].colour, 224);
+    EXPECT_EQ(outside.console.output,
+              rule + "\n" + counters + std::string(78 - counters.size(), ' ') + "\n" + rule + "\n");
+}
+
+class Dump : public OutsideTest {
+protected:
+    Dump() { Process().dumpsEnabled = true; }
+};
+
+TEST_F(Dump, SpellsOutEveryByte) {
+    std::string bytes;
+    for (int i = 0; i < 256; ++i)
+        bytes += static_cast<char>(i);
+    outside.memory.Put("/work/all.txt", bytes);
+    ASSERT_TRUE(WriteDump("/work/all.txt"));
+
+    std::string expected;
+    for (int i = 0; i < 256; ++i) {
+        const std::string byte(1, static_cast<char>(i));
+        expected += std::to_string(i) + " ";
+        const bool isSpecial =
+            std::string("\xA7\xA9\xB0\xB5\xC4\xD6\xDC\xDF\xE4\xF6\xFC").find(byte) != std::string::npos;
+        char code[16];
+        std::snprintf(code, sizeof code, i < 128 ? "%2X" : "FFFFFF%2X", static_cast<unsigned>(i));
+        if (i == 13) {
+            expected += "CARRIAGE RETURN";
+        } else if (i == 10) {
+            expected += "NEW LINE -------------------- LINE 1";
+        } else if (i == 9) {
+            expected += "TAB";
+        } else if (i == 32) {
+            expected += "BLANK";
+        } else if ((i > 32 && i < 127) || isSpecial) {
+            expected += byte;
+        } else {
+            expected += "OTHER WHITESPACE " + byte + " " + code;
+        }
+        expected += "\n";
+    }
+    EXPECT_EQ(outside.memory.Get("/work/all.txt.dump"), expected);
+}
+
+TEST_F(Dump, CountsLinesAndReplacesAnOlderOne) {
+    outside.memory.Put("/work/a.txt.dump", "a much longer dump than the new one, from an earlier run");
+    outside.memory.Put("/work/a.txt", "\n\v\n");
+    ASSERT_TRUE(WriteDump("/work/a.txt"));
+    EXPECT_EQ(outside.memory.Get("/work/a.txt.dump"),
+              "0 NEW LINE -------------------- LINE 1\n1 OTHER WHITESPACE \v  B\n"
+              "2 NEW LINE -------------------- LINE 2\n");
+}
+
+TEST_F(Dump, OfManyBlocksIsWhole) {
+    outside.memory.Put("/work/a.txt", std::string(50000, 'x'));
+    ASSERT_TRUE(WriteDump("/work/a.txt"));
+    const std::string dump = outside.memory.Get("/work/a.txt.dump");
+    EXPECT_EQ(std::count(dump.begin(), dump.end(), '\n'), 50000);
+    EXPECT_TRUE(dump.ends_with("\n49999 x\n"));
+}
+
+TEST_F(Dump, IsNotWrittenUnlessSwitchedOn) {
+    Process().dumpsEnabled = false;
+    outside.memory.Put("/work/a.txt", "x");
+    EXPECT_TRUE(WriteDump("/work/a.txt"));
+    EXPECT_FALSE(outside.memory.Has("/work/a.txt.dump"));
+}
+
+struct DumpFailureRow {
+    FileOperation operation;
+    const char* message;
+};
+
+TEST_F(Dump, FailuresAreReportedOnce) {
+    constexpr DumpFailureRow kRows[] = {
+        {FileOperation::ReadWhole, "ERR_EXEC_SCRIPT_FILE_1\nFile /work/a.txt can not be found"},
+        {FileOperation::OpenWriter, "ERR_EXEC_SCRIPT_FILE_1\nFile /work/a.txt.dump can not be found"},
+        {FileOperation::Write, "ERR_EXEC_SCRIPT_FILE_12\nWriting file /work/a.txt.dump fails"},
+        {FileOperation::Commit, "ERR_EXEC_SCRIPT_FILE_12\nWriting file /work/a.txt.dump fails"},
+    };
+    outside.memory.Put("/work/a.txt", "x");
+    int errors = 0;
+    for (const DumpFailureRow& row : kRows) {
+        outside.console.output.clear();
+        outside.files.FailAt(row.operation, 1, EACCES);
+        EXPECT_FALSE(WriteDump("/work/a.txt"));
+        EXPECT_NE(outside.console.output.find(row.message), std::string::npos) << outside.console.output;
+        EXPECT_EQ(Process().errorCount, ++errors);
+        EXPECT_FALSE(outside.memory.Has("/work/a.txt.dump"));
+    }
+}
+
+}  // namespace
+}  // namespace kvl
