@@ -1,0 +1,89 @@
+// What the input parser does with a list: records added in the order of the text, and taken back from the end.
+
+#include <algorithm>
+
+#include "messages/Log.h"
+#include "values/CVariableKVLCategoryList.h"
+
+namespace kvl {
+
+namespace {
+
+constexpr std::size_t kArenaCells = 4096;
+constexpr char kHexDigits[] = "0123456789ABCDEF";
+
+std::string HexText(std::string_view text) {
+    std::string hex;
+    for (const char c : text) {
+        hex += kHexDigits[static_cast<unsigned char>(c) >> 4];
+        hex += kHexDigits[static_cast<unsigned char>(c) & 15];
+    }
+    return hex;
+}
+
+std::string KeyText(PathView key, bool provisional) {
+    std::string text;
+    for (const int number : key)
+        text += std::to_string(number) + " ";
+    return provisional ? text + "* " : text;
+}
+
+std::string TraceHead(std::string_view verb, PathView key, bool provisional, std::string_view preposition,
+                      const std::string& label) {
+    return "\n" + std::string(verb) + KeyText(key, provisional) + std::string(preposition) + label + "\n" +
+           std::string(40, '#') + "\n\n";
+}
+
+}  // namespace
+
+void CVariableKVLCategoryList::AddParsedRecord(const std::vector<ParsedCell>& cells, std::size_t from,
+                                               bool provisional) {
+    const std::size_t count = cells.size() - from;
+    Cell* place = count ? ArenaCells(count) : nullptr;
+    for (std::size_t i = 0; i < count; ++i) {
+        Record::MakePlace(place[i], cells[from + i].column, cells[from + i].place);
+    }
+    Record record = Record::OverArena(place, static_cast<std::uint32_t>(count));
+    record.SetProvisional(provisional);
+    records_.Append(GetNewKey(), std::move(record));
+}
+
+void CVariableKVLCategoryList::TakeBackParsedRecord() {
+    const Record& record = records_.At(records_.Before(records_.End()));
+    const std::size_t count = record.StoredCells();
+    records_.Truncate(1);
+    if (count == 0) return;
+    arena_.back().used -= count;
+    if (arena_.back().used == 0) arena_.pop_back();
+}
+
+Cell* CVariableKVLCategoryList::ArenaCells(std::size_t count) {
+    if (arena_.empty() || arena_.back().capacity - arena_.back().used < count) {
+        const std::size_t last = arena_.empty() ? 0 : arena_.back().capacity;
+        const std::size_t capacity = std::max(count, last == 0 ? std::size_t{16} : std::min(kArenaCells, last * 2));
+        arena_.push_back({std::make_unique_for_overwrite<Cell[]>(capacity), 0, capacity});
+    }
+    ArenaBlock& block = arena_.back();
+    Cell* cells = block.cells.get() + block.used;
+    block.used += count;
+    return cells;
+}
+
+void TraceAddedRecord(const CVariableKVLCategoryList& list, PathView key, const Record& record) {
+    std::string text = TraceHead("Add Record ", key, record.IsProvisional(), "To ", list.label);
+    const std::vector<CVariable*>& columns = list.Columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const std::string_view cell = columns[i]->IsList() ? "$?$" : record.Get(static_cast<int>(i));
+        text += columns[i]->label + "\n";
+        if (cell.empty()) continue;
+        text += columns[i]->typeId == kTypeWhiteSpace ? HexText(cell) : std::string(cell);
+        text += "\n";
+    }
+    WriteLog(text + "\n");
+}
+
+void TraceRemovedRecord(const CVariableKVLCategoryList& list, PathView key, const Record& record) {
+    WriteLog(TraceHead("Remove Record ", key, record.IsProvisional(), "From ", list.label) + "\n");
+}
+
+}  // namespace kvl

@@ -1,0 +1,45 @@
+#include "values/LoopStack.h"
+
+#include <algorithm>
+
+#include "values/CVariableKVLCategoryList.h"
+
+namespace kvl {
+
+Record& ListCursor::Own() {
+    Detach();
+    return own_;
+}
+
+void ListCursor::Borrow(Record& record) {
+    if (!borrowed_) list->borrowers_.push_back(this);
+    borrowed_ = &record;
+}
+
+void ListCursor::Hold(Record&& record) {
+    LetGo();
+    own_ = std::move(record);
+}
+
+void ListCursor::Detach() {
+    if (!borrowed_) return;
+    Record copy = borrowed_->Copy();
+    LetGo();
+    own_ = std::move(copy);
+}
+
+void ListCursor::LetGo() {
+    if (!borrowed_) return;
+    borrowed_ = nullptr;
+    std::erase(list->borrowers_, this);
+}
+
+RunningLoop* LoopStack::FindLoop(const CVariableKVLCategoryList* list) const {
+    if (!list) return nullptr;
+    for (std::size_t i = loops_.size(); i-- > 0;) {
+        if (loops_[i]->UsesList(list)) return loops_[i];
+    }
+    return nullptr;
+}
+
+}  // namespace kvl

@@ -1,0 +1,166 @@
+#include "values/Record.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+namespace kvl {
+
+namespace {
+
+constexpr std::size_t kInlineBytes = 8;
+
+}  // namespace
+
+std::string_view Cell::Text() const {
+    switch (static_cast<Kind>(kind_)) {
+        case kPlace:
+            return {place_, length_};
+        case kInline:
+            return {inline_, length_};
+        case kOwned:
+            return {owned_, length_};
+    }
+    return {};
+}
+
+Record::Record(Record&& other) noexcept
+    : cells_(std::exchange(other.cells_, nullptr)), count_(std::exchange(other.count_, 0)) {
+    capacity_ = other.capacity_;
+    provisional_ = other.provisional_;
+    partial_ = other.partial_;
+    other.capacity_ = 0;
+}
+
+Record& Record::operator=(Record&& other) noexcept {
+    if (this == &other) return *this;
+    Release();
+    cells_ = std::exchange(other.cells_, nullptr);
+    count_ = std::exchange(other.count_, 0);
+    capacity_ = other.capacity_;
+    provisional_ = other.provisional_;
+    partial_ = other.partial_;
+    other.capacity_ = 0;
+    return *this;
+}
+
+Record Record::Copy() const {
+    Record copy;
+    copy.partial_ = partial_;
+    if (count_ == 0) return copy;
+    copy.Own(count_);
+    for (std::uint32_t i = 0; i < count_; ++i) {
+        Cell& cell = copy.cells_[i];
+        cell.column_ = cells_[i].column_;
+        cell.kind_ = Cell::kInline;
+        cell.length_ = 0;
+        SetCell(cell, cells_[i].Text());
+        copy.count_ = i + 1;
+    }
+    return copy;
+}
+
+std::string_view Record::Get(int column) const {
+    const Cell* cell = Find(column);
+    return cell ? cell->Text() : std::string_view();
+}
+
+bool Record::Has(int column) const {
+    return !partial_ || Find(column) != nullptr;
+}
+
+void Record::Set(int column, std::string_view text) {
+    Cell* cell = Find(column);
+    if (!cell) {
+        if (text.empty() && !partial_) return;
+        cell = InsertCell(column);
+    } else if (capacity_ == 0) {
+        const std::ptrdiff_t index = cell - cells_;
+        Own(count_);
+        cell = cells_ + index;
+    }
+    SetCell(*cell, text);
+}
+
+Record Record::OverArena(Cell* cells, std::uint32_t count) {
+    Record record;
+    record.cells_ = cells;
+    record.count_ = count;
+    return record;
+}
+
+void Record::MakePlace(Cell& cell, int column, std::string_view place) {
+    cell.column_ = static_cast<std::uint32_t>(column) & 0x3FFFFFFFU;
+    cell.kind_ = Cell::kPlace;
+    cell.place_ = place.data();
+    cell.length_ = static_cast<std::uint32_t>(place.size());
+}
+
+Cell* Record::Find(int column) const {
+    const auto wanted = static_cast<std::uint32_t>(column);
+    if (count_ > 16) {
+        Cell* cell = std::lower_bound(cells_, cells_ + count_, wanted,
+                                      [](const Cell& c, std::uint32_t value) { return c.column_ < value; });
+        return cell != cells_ + count_ && cell->column_ == wanted ? cell : nullptr;
+    }
+    for (std::uint32_t i = 0; i < count_; ++i) {
+        if (cells_[i].column_ == wanted) return cells_ + i;
+    }
+    return nullptr;
+}
+
+Cell* Record::InsertCell(int column) {
+    if (capacity_ == 0 || count_ == capacity_) Own(std::max<std::uint32_t>(4, count_ * 2));
+    std::uint32_t place = count_;
+    while (place > 0 && cells_[place - 1].Column() > column)
+        --place;
+    std::copy_backward(cells_ + place, cells_ + count_, cells_ + count_ + 1);
+    ++count_;
+    Cell& cell = cells_[place];
+    cell.column_ = static_cast<std::uint32_t>(column) & 0x3FFFFFFFU;
+    cell.kind_ = Cell::kInline;
+    cell.length_ = 0;
+    return &cell;
+}
+
+// Moves the cells into memory of the record's own; owned texts go along.
+void Record::Own(std::uint32_t capacity) {
+    Cell* cells = std::allocator<Cell>().allocate(capacity);
+    std::copy(cells_, cells_ + count_, cells);
+    if (capacity_ != 0) std::allocator<Cell>().deallocate(cells_, capacity_);
+    cells_ = cells;
+    capacity_ = capacity & 0x1FFFFFFFU;
+}
+
+void Record::Release() {
+    if (capacity_ == 0) return;
+    for (std::uint32_t i = 0; i < count_; ++i)
+        FreeText(cells_[i]);
+    std::allocator<Cell>().deallocate(cells_, capacity_);
+    capacity_ = 0;
+}
+
+void Record::SetCell(Cell& cell, std::string_view text) {
+    const auto length = static_cast<std::uint32_t>(text.size());
+    if (text.size() <= kInlineBytes) {
+        char bytes[kInlineBytes] = {};  // `text` may lie in this cell
+        std::copy(text.begin(), text.end(), bytes);
+        FreeText(cell);
+        std::memcpy(cell.inline_, bytes, kInlineBytes);
+        cell.kind_ = Cell::kInline;
+    } else {
+        char* bytes = std::allocator<char>().allocate(text.size());
+        std::copy(text.begin(), text.end(), bytes);
+        FreeText(cell);
+        cell.owned_ = bytes;
+        cell.kind_ = Cell::kOwned;
+    }
+    cell.length_ = length;
+}
+
+void Record::FreeText(Cell& cell) {
+    if (cell.kind_ == Cell::kOwned) std::allocator<char>().deallocate(cell.owned_, cell.length_);
+}
+
+}  // namespace kvl
