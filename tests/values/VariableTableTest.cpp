@@ -1,0 +1,93 @@
+#include "values/VariableTable.h"
+
+#include <gtest/gtest.h>
+
+namespace kvl {
+namespace {
+
+struct MatchRow {
+    const char* name;
+    std::string_view search, label;
+    bool matches;
+};
+
+constexpr MatchRow kMatchRows[] = {
+    {"Exact", "A:B", "A:B", true},
+    {"NoPrefixOfALongerLabel", "A", "A:B", false},
+    {"ShortFromTheEnd", ":NAME", "A:NAME", true},
+    {"ShortNeedsItsColon", ":NAME", "ANAME", false},
+    {"ShortNeedsTheEnd", ":NAME", "A:NAME:B", false},
+    {"ShortIsNotALabelOfItsOwn", ":NAME", "NAME", false},
+    {"ShortOfTwoParts", ":A:B", "X:A:B", true},
+    {"Gap", "TOP~NAME", "TOP:X:NAME", true},
+    {"GapKeepsTheOrder", "TOP~NAME", "NAME:TOP", false},
+    {"GapOfNothing", "A:~:B", "A:B", true},
+    {"GapBeginsAtTheFront", "TOP~NAME", "X:TOP:NAME", false},
+    {"GapEndsAtTheEnd", "TOP~NAME", "TOP:NAME:X", false},
+    {"ShortWithGap", ":A~:B", "X:A:Y:B", true},
+    {"ShortWithGapKeepsTheOrder", ":B~:A", "X:A:Y:B", false},
+    {"OnlyAGap", "~", "A", false},
+};
+
+class MatchesLabelTest : public testing::TestWithParam<MatchRow> {};
+
+TEST_P(MatchesLabelTest, Row) {
+    EXPECT_EQ(MatchesLabel(GetParam().search, GetParam().label), GetParam().matches);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, MatchesLabelTest, testing::ValuesIn(kMatchRows),
+                         [](const auto& row) { return row.param.name; });
+
+void Enter(VariableTable& table, const std::string& label) {
+    std::unique_ptr<CVariable> variable = MakeVariable(kTypeString);
+    variable->label = label;
+    EXPECT_TRUE(table.Insert(std::move(variable)));
+}
+
+TEST(VariableTableTest, FindsTheOneAndTellsOfSeveral) {
+    VariableTable table;
+    for (const char* label : {"B:NAME", "A:NAME", "C:NAME", "D:NAME", "A:X:AGE"})
+        Enter(table, label);
+    EXPECT_EQ(table.FindOne(":AGE")->label, "A:X:AGE");
+    EXPECT_EQ(table.FindOne("A~E:AGE"), nullptr);
+    EXPECT_EQ(table.FindOne("A~AGE")->label, "A:X:AGE");
+    EXPECT_EQ(table.FindOne(":NAME"), nullptr);
+    const VariableTable::Selection selection = table.Select(":NAME");
+    EXPECT_TRUE(selection.ambiguous);
+    EXPECT_EQ(selection.variable->label, "A:NAME");
+    EXPECT_EQ(selection.labels, (std::vector<std::string>{"A:NAME", "B:NAME", "C:NAME"}));
+    EXPECT_EQ(table.Select(":NONE").variable, nullptr);
+}
+
+// The remembered answers and the index must not outlive a change.
+TEST(VariableTableTest, ForgetsWhatItRememberedWhenItChanges) {
+    VariableTable table;
+    for (int i = 0; i < 20; ++i)
+        Enter(table, "V" + std::to_string(i) + ":X" + std::to_string(i));
+    const std::string name = ":X3";
+    EXPECT_EQ(table.FindOne(name)->label, "V3:X3");
+    Enter(table, "W:X3");
+    EXPECT_EQ(table.FindOne(name), nullptr);
+    table.Erase("V3:X3");
+    EXPECT_EQ(table.FindOne(name)->label, "W:X3");
+    std::unique_ptr<CVariable> other = MakeVariable(kTypeInteger);
+    other->label = "W:X3";
+    EXPECT_FALSE(table.InsertBorrowed(other.get()));
+    table.ReplaceBorrowed(other.get());
+    EXPECT_EQ(table.FindOne(name), other.get());
+    table.EraseIf([](const CVariable& variable) { return variable.label.starts_with("W"); });
+    EXPECT_EQ(table.FindOne(name), nullptr);
+}
+
+TEST(VariableTableTest, ListsWhatStandsBelowALabelInOrder) {
+    VariableTable table;
+    for (const char* label : {"IN", "IN:B", "INNER", "IN:A:C", "IN:A"})
+        Enter(table, label);
+    std::string labels;
+    for (const CVariable* variable : table.Below("IN"))
+        labels += variable->label + " ";
+    EXPECT_EQ(labels, "IN IN:A IN:A:C IN:B ");
+}
+
+}  // namespace
+}  // namespace kvl
