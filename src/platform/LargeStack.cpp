@@ -1,0 +1,63 @@
+#include <pthread.h>
+#include <signal.h>
+
+#include <exception>
+
+#include "platform/Surroundings.h"
+
+namespace kvl {
+namespace {
+
+constexpr std::size_t kSmallestStack = std::size_t{8} * 1024 * 1024;
+
+struct Job {
+    const std::function<void()>* work;
+    sigset_t signalMask;
+    std::exception_ptr thrown;
+};
+
+void* RunJob(void* argument) {
+    Job& job = *static_cast<Job*>(argument);
+    pthread_sigmask(SIG_SETMASK, &job.signalMask, nullptr);
+    try {
+        (*job.work)();
+    } catch (...) {
+        job.thrown = std::current_exception();
+    }
+    return nullptr;
+}
+
+// False if no thread with such a stack can be had.
+bool RunInThread(std::size_t byteCount, Job& job) {
+    pthread_attr_t attributes;
+    if (pthread_attr_init(&attributes) != 0) return false;
+    pthread_t thread;
+    const bool started = pthread_attr_setstacksize(&attributes, byteCount) == 0 &&
+                         pthread_create(&thread, &attributes, &RunJob, &job) == 0;
+    pthread_attr_destroy(&attributes);
+    if (started) pthread_join(thread, nullptr);
+    return started;
+}
+
+bool RunOnSomeStack(std::size_t byteCount, Job& job) {
+    for (; byteCount >= kSmallestStack; byteCount /= 2)
+        if (RunInThread(byteCount, job)) return true;
+    return false;
+}
+
+}  // namespace
+
+// A thread, because the system gives each its stack, with a guard page below; there is never more than one at work. The
+// waiting one blocks all signals: they must interrupt the one that may be waiting for a key.
+void RunOnLargeStack(std::size_t byteCount, const std::function<void()>& work) {
+    Job job{&work, {}, nullptr};
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &job.signalMask);
+    const bool done = RunOnSomeStack(byteCount, job);
+    pthread_sigmask(SIG_SETMASK, &job.signalMask, nullptr);
+    if (!done) work();
+    if (job.thrown != nullptr) std::rethrow_exception(job.thrown);
+}
+
+}  // namespace kvl
