@@ -1,0 +1,165 @@
+// The alternatives and repetitions of the input parser: ::CHOICE, ::PERMUTATION and ::LIST.
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "typeschema/FastParser.h"
+#include "typeschema/ParseMessages.h"
+
+namespace kvl {
+
+namespace {
+
+// A shorter list is as quickly read again.
+constexpr std::size_t kWorthKeeping = 8;
+
+}  // namespace
+
+bool FastParser::ParseChoice(int row) {
+    const ParseRow& choice = program_[row];
+    const int start = window_.cursor;
+    ClearTextsInside(row);
+    if (row == 0) schema_.rootSpanEnd = start;
+    if (row + 1 == choice.end) return true;
+    for (int child = row + 1; child < choice.end; child = program_.Behind(child)) {
+        const ParseRow& alternative = program_[child];
+        const bool cannotBegin = alternative.silent && !choice.showsText && !window_.IsAtEnd() &&
+                                 alternative.first.Excludes(window_.At(start));
+        if (cannotBegin) continue;
+        const bool matched = Try(child, program_.Behind(child));
+        CloseText(row, start, window_.cursor, matched);
+        if (matched) return true;
+        window_.cursor = start;
+    }
+    return IsFailureExpected() ? false : ReportNoAlternative(schema_, row, window_);
+}
+
+// Depth first in the order of the declaration, which visits the orders as the rule of the next permutation does; an
+// order is given up at its first failing prefix, and a set of elements that failed behind a cursor is not tried there
+// again.
+struct FastParser::PermutationSearch {
+    std::vector<int> elements;  // rows
+    std::vector<bool> used;
+    std::size_t matched = 0;
+
+    struct Dead {
+        std::vector<bool> used;
+        std::vector<RowText> texts;
+    };
+    std::unordered_multimap<int, Dead> dead;  // by cursor
+};
+
+bool FastParser::ParsePermutation(int row) {
+    const ParseRow& permutation = program_[row];
+    const int start = window_.cursor;
+    SetText(row, start, start);
+    ClearTextsInside(row);
+    if (row == 0) schema_.rootSpanEnd = start;
+    PermutationSearch search;
+    for (int child = row + 1; child < permutation.end; child = program_.Behind(child))
+        search.elements.push_back(child);
+    if (search.elements.empty()) return true;
+    search.used.assign(search.elements.size(), false);
+
+    const Mark mark = Now();
+    const std::size_t shortcutsBefore = shortcuts_;
+    ++expected_;
+    bool matched = Permute(search);
+    if (matched && expected_ == 1 && shortcuts_ != shortcutsBefore) {
+        TakeBack(mark);
+        window_.cursor = start;
+        search.used.assign(search.elements.size(), false);
+        search.matched = 0;
+        shortcutsAllowed_ = false;
+        matched = Permute(search);
+        shortcutsAllowed_ = true;
+    }
+    --expected_;
+    if (!matched) {
+        window_.cursor = start;
+        return IsFailureExpected() ? false : ReportNoPermutation(schema_, row, window_);
+    }
+    if (row == 0) schema_.rootSpanEnd = window_.cursor - 1;
+    if (!IsFailureExpected()) Commit();
+    return true;
+}
+
+bool FastParser::Permute(PermutationSearch& search) {
+    if (search.matched == search.elements.size()) return true;
+    const int start = window_.cursor;
+    const auto [first, last] = search.dead.equal_range(start);
+    for (auto known = first; known != last; ++known) {
+        if (known->second.used != search.used) continue;
+        for (const RowText& text : known->second.texts)
+            SetText(text.row, text.begin, text.end);
+        return false;
+    }
+    const std::size_t textsBefore = MarkTexts();
+    for (std::size_t i = 0; i < search.elements.size(); ++i) {
+        if (search.used[i]) continue;
+        const Mark mark = Now();
+        if (ParseElement(search.elements[i])) {
+            search.used[i] = true;
+            ++search.matched;
+            if (Permute(search)) return true;
+            search.used[i] = false;
+            --search.matched;
+        }
+        TakeBack(mark);
+        window_.cursor = start;
+    }
+    search.dead.insert(
+        {start, {search.used, {textLog_.begin() + static_cast<std::ptrdiff_t>(textsBefore), textLog_.end()}}});
+    return false;
+}
+
+bool FastParser::ParseList(int row) {
+    const ParseRow& list = program_[row];
+    ListRun& run = listRuns_[static_cast<std::size_t>(row)];
+    const bool inTrial = IsFailureExpected();
+    if (inTrial && shortcutsAllowed_ && run.HasStart(window_.cursor, window_.end)) {
+        window_.cursor = run.end;
+        ++shortcuts_;
+        return true;
+    }
+    std::vector<int> starts;
+    bool any = false;
+    while (ParseRepetition(row, starts, inTrial && list.insideSilent))
+        any = true;
+    if (starts.size() >= kWorthKeeping) run = {std::move(starts), window_.cursor, window_.end};
+    if (row == 0) schema_.rootSpanEnd = window_.cursor;
+    if (any) return true;
+    return inTrial ? false : ReportEmptyList(schema_, row, window_);
+}
+
+// One more element of the list. A repetition that consumes nothing ends it.
+bool FastParser::ParseRepetition(int row, std::vector<int>& starts, bool keepStart) {
+    const ParseRow& list = program_[row];
+    const int start = window_.cursor;
+    if (window_.IsAtEnd() || (list.insideSilent && list.insideFirst.Excludes(window_.At(start)))) return false;
+    const std::size_t firstCell = cells_.size();
+    if (!Try(row + 1, list.end) || window_.cursor == start) {
+        cells_.resize(firstCell);
+        window_.cursor = start;
+        return false;
+    }
+    AddRecord(row, firstCell);
+    if (keepStart) starts.push_back(start);
+    return true;
+}
+
+// The cells of the repetition become a record of the list, in the order of its columns.
+void FastParser::AddRecord(int row, std::size_t firstCell) {
+    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(firstCell);
+    std::sort(first, cells_.end(), [](const auto& a, const auto& b) { return a.column < b.column; });
+    CVariableKVLCategoryList& list = *program_[row].list;
+    list.AddParsedRecord(cells_, firstCell, false);
+    cells_.resize(firstCell);
+    if (IsFailureExpected()) added_.push_back(row);
+}
+
+bool FastParser::ListRun::HasStart(int position, int windowEndNow) const {
+    return windowEnd == windowEndNow && std::binary_search(starts.begin(), starts.end(), position);
+}
+
+}  // namespace kvl
