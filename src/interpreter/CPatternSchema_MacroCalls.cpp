@@ -1,0 +1,218 @@
+// Calls of scripts, patterns and built-in macros. Every call of a script or pattern runs on a clone of its schema;
+// calls nest through the host's stack, so what lies on it is kept small.
+#include <memory>
+#include <utility>
+
+#include "interpreter/CPatternSchema.h"
+#include "interpreter/MacroRun.h"
+#include "messages/Log.h"
+#include "text/Escapes.h"
+#include "text/Replace.h"
+
+namespace kvl {
+
+namespace {
+
+constexpr int kCallTraceColour = 11;
+constexpr std::string_view kNestedTooDeep = "Macro calls are nested deeper than 10000. ";
+static_assert(kDeepestMacroCall == 10000, "the limit stands in the message");
+
+struct Callee {
+    CVariable* variable = nullptr;
+    std::string_view object, method;  // of a method call such as D:MKDIR
+};
+
+// A macro is global: its name is found from any depth. A name that is no macro may be a method with its receiver in
+// front.
+Callee FindCallee(std::string_view name) {
+    const VariableTable& macros = RootSchema().variableTable;
+    if (CVariable* variable = macros.Find(name)) return {variable, {}, {}};
+    const std::size_t colon = name.rfind(':');
+    if (colon == std::string_view::npos) return {};
+    const std::string_view method = name.substr(colon + 1);
+    return {macros.Find(method), name.substr(0, colon), method};
+}
+
+// The compiled schema of a script or pattern; null for any other variable, and while nothing has been loaded into it.
+const CPatternSchema* MacroSchemaOf(const CVariable& variable) {
+    if (variable.typeId != kTypeScript && variable.typeId != kTypePattern) return nullptr;
+    return dynamic_cast<const CPatternSchema*>(static_cast<const CVariableKVLMacro&>(variable).macroSchema.get());
+}
+
+std::string_view LastPart(std::string_view label) {
+    const std::size_t colon = label.rfind(':');
+    return colon == std::string_view::npos ? label : label.substr(colon + 1);
+}
+
+void TraceCall(std::string_view direction, std::string_view text) {
+    std::string line = "\n";
+    line.append(direction).append("  ").append(text).append("\n");
+    PrintColoured(line, kCallTraceColour);
+    WriteLog(line);
+}
+
+class OnCallStack {
+public:
+    OnCallStack(CallStack& calls, MacroFrame& frame) : calls_(calls) { calls_.push_back(&frame); }
+    ~OnCallStack() { calls_.pop_back(); }
+    OnCallStack(const OnCallStack&) = delete;
+    OnCallStack& operator=(const OnCallStack&) = delete;
+
+private:
+    CallStack& calls_;
+};
+
+class DepthCount {
+public:
+    DepthCount() { ++Process().macroDepth; }
+    ~DepthCount() { --Process().macroDepth; }
+    DepthCount(const DepthCount&) = delete;
+    DepthCount& operator=(const DepthCount&) = delete;
+};
+
+// A mark takes the line end behind it along.
+void AppendWithoutMarks(OutputText& output, const std::string& text) {
+    const std::string& mark = Process().generationMark;
+    if (mark.empty() || text.find(mark) == std::string::npos) {
+        output.Append(text);
+        return;
+    }
+    output.Append(ReplaceAll(ReplaceAll(text, mark + "\r\n", ""), mark, ""));
+}
+
+// `macro` is the variable that holds the schema.
+bool RunClone(CPatternSchema& caller, const CVariable& macro, const CPatternSchema& schema,
+              const std::vector<ActualArgument>& arguments, std::string_view commandText, OutputText& output,
+              RunContext& run) {
+    if (Process().macroDepth >= kDeepestMacroCall) {
+        return caller.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, kNestedTooDeep);
+    }
+    const DepthCount counted;
+    TraceCall("Call   ", commandText);
+    MacroFrame frame;
+    frame.macroName = LastPart(macro.label);
+    frame.caller = &caller;
+    frame.callerLine = caller.currentLine;
+    if (!caller.EvaluateArguments(arguments, frame.actualArguments, run)) return false;
+
+    const std::shared_ptr<CompiledScript> script = schema.script;  // the call may load another macro into the variable
+    {
+        const std::unique_ptr<CPatternSchema> clone = schema.Clone();
+        clone->overwriteMode = caller.overwriteMode;
+        if (!MacroRun(*clone, frame, run).Run(output)) return false;
+    }
+    TraceCall("Return ", script->macroDeclarationText);
+    return true;
+}
+
+}  // namespace
+
+bool CPatternSchema::ExecuteMacroCall(std::string_view macroName, const std::vector<ActualArgument>& arguments,
+                                      std::string_view commandText, bool asStatement, OutputText& output,
+                                      RunContext& run) {
+    const Callee callee = FindCallee(macroName);
+    const bool isBuiltIn = callee.variable && callee.variable->typeId == kTypeStatic;
+    if (!isBuiltIn) {
+        const CPatternSchema* schema = callee.variable ? MacroSchemaOf(*callee.variable) : nullptr;
+        if (!schema) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, macroName);
+        return RunClone(*this, *callee.variable, *schema, arguments, commandText, output, run);
+    }
+
+    const int identifier = static_cast<const CVariableKVLStaticMacro&>(*callee.variable).macroCommand;
+    const bool isStreamMacro = identifier >= cmd_stream_merge && identifier <= cmd_stream_length;
+    if (asStatement && isStreamMacro && IsScript()) {  // its result would be lost
+        return Fail(ERR_DECL_SCRIPT_MACRO_4, ERRSTR_MACRO_NAME, macroName);
+    }
+    std::string text;
+    if (!EvaluateBuiltIn(identifier, arguments, callee.object, callee.method, text, run)) return false;
+    output.Append(text);
+    return true;
+}
+
+bool CPatternSchema::CallForText(CVariable& macro, const std::vector<ActualArgument>& arguments,
+                                 std::string_view object, std::string_view method, std::string& text, RunContext& run) {
+    text.clear();
+    if (macro.typeId == kTypeStatic) {
+        const int identifier = static_cast<const CVariableKVLStaticMacro&>(macro).macroCommand;
+        return EvaluateBuiltIn(identifier, arguments, object, method, text, run);
+    }
+    if (macro.typeId != kTypePattern) return true;  // a script has no text
+    OutputText output;
+    if (!ExecuteMacroCall(macro.label, arguments, {}, false, output, run)) return false;
+    text = output.Take();
+    return true;
+}
+
+bool CPatternSchema::EvaluateArguments(const std::vector<ActualArgument>& arguments, std::vector<BoundArgument>& bound,
+                                       RunContext& run) {
+    bound.clear();
+    bound.reserve(arguments.size());
+    for (const ActualArgument& argument : arguments) {
+        BoundArgument& result = bound.emplace_back();
+        result.byValue = argument.byValue;
+        if (argument.typeId != 0) {
+            result.typeId = argument.typeId;
+            result.name = argument.name;
+            if (argument.typeId != kConstantString) continue;
+            if (!EvaluateWeakLiteral(argument.weakLiterals, "ACTUALARGUMENT", result.name, run)) return false;
+            result.name = ResolveEscapes(result.name);
+            continue;
+        }
+        if (!FindDeclaredVariable(argument.name, result.variable)) return false;
+        const CVariable& variable = *result.variable;
+        result.typeId = variable.typeId;
+        result.elementTypeId = variable.elementTypeId;
+        result.typeName = variable.typeName;
+        result.userTypeName = variable.userTypeName;
+        result.name = variable.label;
+        result.ownerList = variable.ownerList;
+        const bool isNested = variable.IsList() && variable.ownerList;
+        if (isNested && !run.loops.FindLoop(variable.ownerList)) {
+            return ReportListOutsideLoop(variable.label, variable.ownerList->label);
+        }
+    }
+    return true;
+}
+
+bool CPatternSchema::EvaluateBuiltIn(int identifier, const std::vector<ActualArgument>& arguments,
+                                     std::string_view object, std::string_view method, std::string& text,
+                                     RunContext& run) {
+    MacroValue value{{}, std::string(object), std::string(method), {}, run};
+    if (!EvaluateArguments(arguments, value.arguments, run)) return false;
+    if (!TheBuiltIns().RunStaticMacro(*this, identifier, value)) return false;
+    text = std::move(value.result);
+    return true;
+}
+
+bool MacroRun::Run(OutputText& output) {
+    const bool isOutermost = run_.calls.empty();
+    const OnCallStack pushed(run_.calls, frame_);
+    const MacroText* text = callee_.IsScript() ? nullptr : &callee_.script->TextFor(isOutermost);
+    callee_.macroText_ = text;
+    if (text) output.Append(text->leading);
+    if (!RunMacroBlock(output)) return false;
+    if (text) output.Append(text->trailing);
+    if (!CopyBack()) return false;
+    if (callee_.utf8Source) output.EncodeUtf8();
+    return true;
+}
+
+bool MacroRun::RunMacroBlock(OutputText& output) {
+    const CompiledScript& script = *callee_.script;
+    const PatternCommand& head = script.Commands()[static_cast<std::size_t>(script.bodyBegin)];
+    callee_.currentLine = head.lineNumber;
+    WriteLog("\n" + script.macroDeclarationText + "\n");
+    frame_.formalParameters = &head.formalParameters;
+    if (frame_.macroName != script.macroName) {
+        return callee_.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON,
+                            "Actual - Formal Macro/Pattern Name Mismatch. ");
+    }
+    if (!BindParameters() || !CreateParameters()) return false;
+
+    OutputText body;
+    if (!callee_.Execute(script.bodyBegin + 1, script.bodyEnd - 1, body, run_)) return false;
+    if (!callee_.IsScript()) AppendWithoutMarks(output, body.Text());
+    return true;
+}
+
+}  // namespace kvl

@@ -1,0 +1,48 @@
+// How literal text, placeholders and line ends become output text. A template line that holds only commands and white
+// space, and on which no placeholder gave a value, leaves no trace: neither its indentation nor its line end.
+#include "interpreter/CPatternSchema.h"
+
+namespace kvl {
+
+bool CPatternSchema::FitsInText(std::size_t size) const {
+    if (size < kLongestText) return true;
+    return Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, "Text is larger than 2147483647 bytes. ");
+}
+
+// Only the first line end of a text is judged so: between the further lines stands no command.
+bool CPatternSchema::WriteStream(int index, OutputText& output) {
+    if (IsScript() || !macroText_) return true;
+    const TextChunk& chunk = macroText_->chunks[static_cast<std::size_t>(index)];
+    if (chunk.first.empty() && !chunk.hasLineEnd) return true;
+    output.Append(chunk.first);
+    if (chunk.hasLineEnd) {
+        if (!output.IsLastLineBlank()) {
+            output.Append("\r\n");
+        } else if (!lineHasValue) {
+            output.StripLastLine();
+        }
+        output.Append(chunk.rest);
+    }
+    lineHasValue = false;
+    return FitsInText(output.Text().size());
+}
+
+// The mark is ink, so that the line end behind it is written as CR LF; both are removed when the macro has run, and the
+// line goes on.
+bool CPatternSchema::WriteNormalPlaceholder(const PatternCommand& command, OutputText& output) {
+    output.Append(command.subkind == cmd_newline ? std::string_view("\n") : Process().generationMark);
+    return true;
+}
+
+bool CPatternSchema::WriteIdentifierPlaceholder(const PatternCommand& command, OutputText& output, RunContext& run) {
+    VariableText value;
+    if (!GetVariableText(command.placeholderName, value, run.loops)) return false;
+    const bool isNumber = value.type == kTypeInteger || value.type == kTypeFloat;
+    if (isNumber && value.text.empty()) value.text = "0";
+    if (value.text.empty()) return true;
+    lineHasValue = true;
+    output.AppendValue(value.text);
+    return FitsInText(output.Text().size());
+}
+
+}  // namespace kvl

@@ -1,0 +1,50 @@
+#pragma once
+// What belongs to one macro call while it runs.
+
+#include <string>
+#include <vector>
+
+#include "frontend/PatternCommand.h"
+#include "values/CVariable.h"
+#include "values/LoopStack.h"
+
+namespace kvl {
+
+class CPatternSchema;
+
+// An argument of a call, resolved: a variable or the value of a literal.
+struct BoundArgument {
+    int typeId = 0;         // of the variable, or 9 to 12 for a literal
+    int elementTypeId = 0;  // the variable's
+    std::string typeName;
+    std::string userTypeName;
+    bool byValue = false;  // written with "[]"
+    std::string name;      // the variable's full label, or the literal's value
+    CVariable* variable = nullptr;                   // not owned; null for a literal
+    CVariableKVLCategoryList* ownerList = nullptr;   // of which the variable is a column; not owned
+};
+
+struct MacroFrame {
+    std::vector<BoundArgument> actualArguments;
+    const std::vector<FormalParameter>* formalParameters = nullptr;  // of the macro head; not owned
+    std::string macroName;
+    CPatternSchema* caller = nullptr;  // not owned
+    int callerLine = -1;
+};
+using CallStack = std::vector<MacroFrame*>;  // not owned; the running macro last
+
+// What every command is run with.
+struct RunContext {
+    LoopStack loops;
+    CallStack calls;
+};
+
+// What a built-in macro works on.
+struct MacroValue {
+    std::string result;
+    std::string object, method;  // names of a method call's receiver and method
+    std::vector<BoundArgument> arguments;
+    RunContext& run;
+};
+
+}  // namespace kvl
