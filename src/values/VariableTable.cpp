@@ -7,6 +7,8 @@ namespace kvl {
 namespace {
 
 constexpr std::size_t kRememberedNames = 64;
+// A table that is asked less often than this, as that of a short call, does not remember.
+constexpr unsigned kLookupsBeforeRemembering = 8;
 
 // The tokens between the gap marks, empty ones left out.
 std::vector<std::string_view> SplitAtGaps(std::string_view name) {
@@ -67,20 +69,22 @@ CVariable* VariableTable::Find(std::string_view label) const {
 }
 
 CVariable* VariableTable::FindOne(std::string_view name) const {
-    if (IsExact(name) && remembered_.empty() && slots_.size() < 8) return Find(name);
-    if (remembered_.empty()) remembered_.resize(kRememberedNames);
+    if (remembered_.empty()) {
+        if (++lookups_ < kLookupsBeforeRemembering) return FindUncached(name);
+        remembered_.resize(kRememberedNames);
+    }
     Remembered& entry = remembered_[(reinterpret_cast<std::uintptr_t>(name.data()) >> 3) % kRememberedNames];
     if (entry.variable && entry.name == name) return entry.variable;
 
-    CVariable* variable = nullptr;
-    if (IsExact(name)) {
-        variable = Find(name);
-    } else {
-        const std::vector<const std::string*> matches = Matches(name);
-        if (matches.size() == 1) variable = Find(*matches.front());
-    }
+    CVariable* variable = FindUncached(name);
     if (variable) entry = {std::string(name), variable};
     return variable;
+}
+
+CVariable* VariableTable::FindUncached(std::string_view name) const {
+    if (IsExact(name)) return Find(name);
+    const std::vector<const std::string*> matches = Matches(name);
+    return matches.size() == 1 ? Find(*matches.front()) : nullptr;
 }
 
 VariableTable::Selection VariableTable::Select(std::string_view name) const {
@@ -191,6 +195,7 @@ std::vector<const std::string*> VariableTable::Matches(std::string_view name) co
 void VariableTable::Changed() {
     indexed_ = false;
     remembered_.clear();
+    lookups_ = 0;
 }
 
 }  // namespace kvl

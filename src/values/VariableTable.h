@@ -68,6 +68,7 @@ private:
     using LabelMap = std::unordered_map<std::string, T, LabelHash, std::equal_to<>>;
 
     bool Put(CVariable* variable, std::unique_ptr<CVariable> owned);
+    CVariable* FindUncached(std::string_view name) const;
     std::vector<const std::string*> Matches(std::string_view name) const;
     void Changed();
 
@@ -81,6 +82,7 @@ private:
         CVariable* variable = nullptr;
     };
     mutable std::vector<Remembered> remembered_;
+    mutable unsigned lookups_ = 0;  // since the last change, as far as nothing is remembered
 };
 
 }  // namespace kvl
