@@ -18,6 +18,9 @@ if(KVL_SANITIZE)
                                                   -fno-omit-frame-pointer)
     target_link_options(kvl_settings INTERFACE -fsanitize=address,undefined)
 endif()
+if(KVL_BUILD_FUZZERS)
+    target_compile_options(kvl_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 # kvl_add_folder(<name> SOURCES ... LOWER ...): the library of one folder; it links only to folders below it.
 function(kvl_add_folder name)
