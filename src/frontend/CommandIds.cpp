@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "typeschema/OperatorIds.h"
+
 namespace kvl {
 
 namespace {
@@ -17,6 +19,9 @@ constexpr CommandRow kCommandRows[] = {
 static_assert(std::ranges::adjacent_find(kCommandRows, std::ranges::greater_equal{}, &CommandRow::id) ==
               std::end(kCommandRows));
 static_assert(std::rbegin(kCommandRows)->id == cmd_mark_end);
+// Values are computed below this folder, by the same numbers.
+static_assert(int{cmd_operator_assign} == int{kOperatorAssign} && int{cmd_operator_modulo} == int{kOperatorModulo} &&
+              int{cmd_operator_equal} == int{kOperatorEqual} && int{cmd_operator_gte} == int{kOperatorGte});
 
 }  // namespace
 

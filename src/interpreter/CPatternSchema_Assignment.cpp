@@ -3,6 +3,7 @@
 #include "interpreter/Assignment.h"
 #include "messages/Log.h"
 #include "text/Escapes.h"
+#include "values/ElementaryVariables.h"
 #include "values/ListAssignment.h"
 
 namespace kvl {
@@ -13,6 +14,11 @@ constexpr std::string_view kNamespace = "KVL:";
 
 bool HoldsEntity(int typeId) {
     return typeId >= kTypeType && typeId <= kTypeScript;
+}
+
+// Since the first command ran.
+bool HasErrors() {
+    return Process().errorCount > Process().errorCountAtFirstCommand;
 }
 
 InstanceVariables VariablesOf(const CVariable& instance) {
@@ -131,6 +137,11 @@ bool Assignment::AssignText() {
     if (operands_.right && !rightIsResult_ && !schema_.ReadVariable(*operands_.right, right, run_.loops)) return false;
     const bool grows = operands_.operatorId == cmd_operator_plus;
     if (grows && !schema_.FitsInText(left.text.size() + right.text.size())) return false;
+    // A stream takes any text. It is extended in place, so that a text built in a loop costs what is added to it.
+    if (grows && operands_.leftType == kTypeStream && !operands_.left->ownerList && !HasErrors()) {
+        static_cast<CVariableKVLStream&>(*operands_.left).AppendText(right.text);
+        return true;
+    }
     OperatorResult result;
     if (!schema_.EvaluateOperands(left.text, left.type, operands_.operatorId, right.text, right.type, result)) {
         return false;
@@ -145,7 +156,7 @@ bool CPatternSchema::EvaluateOperands(std::string_view leftText, int leftType, i
     const int left = IsCategoryType(leftType) ? int{kTypeStream} : leftType;
     const int right = rightIsText ? int{kTypeStream} : rightType;
     result = EvaluateOperator(leftText, left, operatorId, rightText, right, *this);
-    if (Process().errorCount > Process().errorCountAtFirstCommand) return false;
+    if (HasErrors()) return false;
     return result.possible || Fail(ERR_DECL_SCRIPT_VAR_9);
 }
 

@@ -5,7 +5,7 @@
 namespace kvl {
 
 bool CPatternSchema::FitsInText(std::size_t size) const {
-    if (size < kLongestText) return true;
+    if (size <= kLongestText) return true;
     return Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, "Text is larger than 2147483647 bytes. ");
 }
 

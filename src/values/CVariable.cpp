@@ -62,6 +62,11 @@ void CVariableText::SetText(std::string&& text) {
     value_->Set(std::move(text));
 }
 
+void CVariableText::AppendText(std::string_view text) {
+    if (!value_) CreateValue();
+    value_->Append(text);
+}
+
 std::string_view CVariableText::GetText() const {
     return value_ ? value_->View() : std::string_view();
 }

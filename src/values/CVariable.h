@@ -95,6 +95,8 @@ public:
     void DestroyValue() override;
     void SetText(std::string_view text) override;
     void SetText(std::string&& text);
+    // Cost: the appended text.
+    void AppendText(std::string_view text);
     std::string_view GetText() const override;
     void ClearValue() override;
     // The value is a place in a text that is kept alive with it.

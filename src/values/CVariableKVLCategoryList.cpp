@@ -54,9 +54,10 @@ bool CVariableKVLCategoryList::AddColumn(CVariable* column) {
         std::lower_bound(columns_.begin(), columns_.end(), column->label,
                          [](const CVariable* other, const std::string& wanted) { return other->label < wanted; });
     if (place != columns_.end() && (*place)->label == column->label) return false;
+    const auto first = static_cast<std::size_t>(place - columns_.begin());
     columns_.insert(place, column);
     column->ownerList = this;
-    for (std::size_t i = 0; i < columns_.size(); ++i) {
+    for (std::size_t i = first; i < columns_.size(); ++i) {
         if (columns_[i]->ownerList == this) columns_[i]->columnIndex = static_cast<int>(i);
     }
     labelsSorted_ = false;

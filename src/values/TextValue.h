@@ -20,6 +20,15 @@ public:
         own_ = std::move(text);
         keep_.reset();
     }
+    // `text` may look into the present text.
+    void Append(std::string_view text) {
+        if (!keep_) {
+            own_.append(text);
+            return;
+        }
+        own_.assign(view_).append(text);
+        keep_.reset();
+    }
     // `view` looks into *keep, which lives at least as long.
     void SetPlace(std::shared_ptr<const std::string> keep, std::string_view view) {
         own_.clear();

@@ -1,0 +1,47 @@
+#pragma once
+// What the tests of loading share: an outside of its own for each test, and sources compiled from memory.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "interpreter/ScriptLoading.h"
+#include "support/TestPlatform.h"
+#include "text/ProcessState.h"
+
+namespace kvl {
+
+class LoadingTest : public testing::Test {
+protected:
+    LoadingTest() { ResetProcessState(); }
+    ~LoadingTest() override { ResetProcessState(); }
+
+    // Compiles the source as the file "/work/main.kvl".
+    std::unique_ptr<CPatternSchema> Compile(std::string_view source, int entityKind = kEntityMainScript) {
+        outside.memory.Put("/work/main.kvl", source);
+        ParseInfo info;
+        return CompileFile(entityKind, "/work/main.kvl", info);
+    }
+
+    // The first message shown, without its head and the empty lines at its ends: "ERR_...\ntext\n\nline\n^\nAt line
+    // ...".
+    std::string FirstMessage() const {
+        const std::string& shown = outside.console.output;
+        const std::size_t begin = shown.find("\nERROR: ");
+        if (begin == std::string::npos) return "";
+        const std::size_t end = shown.find("\n\n", shown.find("\nAt line ", begin));
+        return shown.substr(begin + 8, end - begin - 8);
+    }
+
+    ScopedPlatform outside;
+};
+
+// The name of a case in a table of rows.
+template <class Row>
+std::string NameOfRow(const testing::TestParamInfo<Row>& info) {
+    return info.param.name;
+}
+
+}  // namespace kvl

@@ -1,0 +1,88 @@
+#include "typeschema/CTSEntity.h"
+
+#include <gtest/gtest.h>
+
+#include "support/TestPlatform.h"
+#include "text/ProcessState.h"
+
+namespace kvl {
+namespace {
+
+class Entity final : public CTSEntity {};
+
+TEST(CTSEntityTest, BeginsAsUnknownInNoLine) {
+    const Entity entity;
+    EXPECT_EQ(entity.entityKind, kEntityUnknown);
+    EXPECT_EQ(entity.currentLine, -1);
+    EXPECT_EQ(entity.SourceName(), "");
+    EXPECT_FALSE(entity.IsScript());
+}
+
+TEST(CTSEntityTest, FileNamesItsSource) {
+    ResetProcessState();
+    Entity entity;
+    entity.SetSourceStream("SRC:TEXT");
+    entity.SetSourceFile("/work\\sub/main.kvl");
+    EXPECT_EQ(entity.names->sourceFile, "main.kvl");
+    EXPECT_EQ(entity.names->sourceDirectory, "/work/sub/");
+    EXPECT_EQ(entity.names->sourceStream, "");
+    EXPECT_EQ(entity.GetDisplayPath(), "/work/sub/main.kvl");
+    EXPECT_EQ(entity.SourceName(), "main.kvl");
+}
+
+TEST(CTSEntityTest, StreamNamesItsSource) {
+    Entity entity;
+    entity.SetSourceFile("/work/main.kvl");
+    entity.SetSourceStream("SRC:TEXT");
+    EXPECT_EQ(entity.names->sourcePath, "");
+    EXPECT_EQ(entity.names->sourceDirectory, "SRC:TEXT");
+    EXPECT_EQ(entity.GetDisplayPath(), "SRC:TEXT");
+    EXPECT_EQ(entity.SourceName(), "SRC:TEXT");
+}
+
+TEST(CTSEntityTest, AbsoluteDisplayNameIsCutToItsFile) {
+    Entity entity;
+    entity.SetSourceStream("/work/sub/a.txt");
+    EXPECT_EQ(entity.SourceName(), "a.txt");
+}
+
+struct LineRow {
+    const char* name;
+    int line;
+    std::string_view expected;
+};
+
+class SourceLineTest : public testing::TestWithParam<LineRow> {};
+
+TEST_P(SourceLineTest, IsTheTextOfTheLine) {
+    ScopedPlatform outside;
+    outside.memory.Put("/work/a.kvl", "one\ntwo\r\nlast");
+    Entity entity;
+    entity.SetSourceFile("/work/a.kvl");
+    EXPECT_EQ(entity.GetSourceLine(GetParam().line), GetParam().expected);
+    entity.currentLine = GetParam().line;
+    const MessageContext context = entity.GetMessageContext();
+    EXPECT_EQ(context.lineText, GetParam().expected);
+    EXPECT_EQ(context.lineNumber, GetParam().line);
+    EXPECT_EQ(context.position, -1);
+    EXPECT_EQ(context.entityName, "/work/a.kvl");
+}
+
+constexpr LineRow kLineRows[] = {
+    {"First", 1, "one"}, {"KeepsCarriageReturn", 2, "two\r"}, {"WithoutLineFeed", 3, "last"}, {"Behind", 4, ""},
+    {"None", -1, ""},
+};
+INSTANTIATE_TEST_SUITE_P(Rows, SourceLineTest, testing::ValuesIn(kLineRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(CTSEntityTest, LineOfAMissingFileIsReportedAndEmpty) {
+    ResetProcessState();
+    ScopedPlatform outside;
+    Entity entity;
+    entity.SetSourceFile("/work/gone.kvl");
+    EXPECT_EQ(entity.GetSourceLine(1), "");
+    EXPECT_EQ(Process().errorCount, 1);
+}
+
+}  // namespace
+}  // namespace kvl
