@@ -155,6 +155,7 @@ bool LoadBracketList(CPatternSchema& schema, CVariableKVLCategoryList& list, int
     CTypeSchema matches;
     matches.CopyDeclaration(*type);
     if (!matches.PrepareInstance(list.label)) return false;
+    matches.dataStream = list.label;  // the text has no name of its own in messages
     matches.input.SetText(std::string(text));
     if (!ParseInput(matches)) return false;
     CopyFromList(list, static_cast<const CVariableKVLCategoryList&>(*matches.GetRootVariable()));

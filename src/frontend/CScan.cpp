@@ -24,8 +24,9 @@ void CScan::SetFileSource(std::string_view path, std::string text) {
     Begin(Source::File, ownText_);
 }
 
-void CScan::SetStreamSource(std::string* text) {
+void CScan::SetStreamSource(std::string* text, int firstLine) {
     Begin(Source::Stream, *text);
+    line_ = firstLine;
 }
 
 void CScan::SetConstantSource(std::string_view text) {

@@ -24,8 +24,8 @@ public:
     // The source is the text of the file at `path`; lines for messages are read again from there.
     void SetFileSource(std::string_view path, std::string text);
     // The source is a stream value's text. Folding changes `text` itself when it holds UTF-8 lead bytes; `text` must
-    // outlive the scan.
-    void SetStreamSource(std::string* text);
+    // outlive the scan. Its lines count from `firstLine`.
+    void SetStreamSource(std::string* text, int firstLine = 1);
     void SetConstantSource(std::string_view text);
 
     // The next byte as 0..255, or -1 at the end. Counts every call, but for bytes that were given back.

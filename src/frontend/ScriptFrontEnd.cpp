@@ -53,16 +53,17 @@ bool ParseScriptSourceFile(int entityKind, std::string_view path, CommandList& l
                    [&](CScan& scan) { scan.SetFileSource(path, std::move(text)); });
 }
 
-bool ParseScriptSourceStream(int entityKind, std::string_view streamName, std::string& text, CommandList& list) {
+bool ParseScriptSourceStream(int entityKind, std::string_view streamName, std::string& text, CommandList& list,
+                             int firstLine) {
     if (text.empty()) {
         MessageContext context;
         context.entityName = streamName;
         context.entityKind = entityKind;
-        context.lineNumber = 1;
+        context.lineNumber = firstLine;
         return Report(TwinFor(ERR_DECL_SCRIPT_HEADER_1, entityKind), context);
     }
     return Compile({entityKind, "", std::string(streamName)}, list,
-                   [&text](CScan& scan) { scan.SetStreamSource(&text); });
+                   [&](CScan& scan) { scan.SetStreamSource(&text, firstLine); });
 }
 
 bool ParseScriptConstant(int entityKind, std::string_view text, CommandList& list) {

@@ -19,10 +19,10 @@ void InitialiseKeywordTable();
 // Reads the file; a failure to open or read is reported, and an empty file is ERR_EXEC_SCRIPT_FILE_8.
 [[nodiscard]] bool ParseScriptSourceFile(int entityKind, std::string_view path, CommandList& list);
 
-// `text` is a stream value's text, folded in place if it is UTF-8; `streamName` names it in messages. The empty text is
-// reported as a missing header.
+// `text` is a stream value's text, folded in place if it is UTF-8; `streamName` names it in messages, where its
+// lines count from `firstLine`. The empty text is reported as a missing header.
 [[nodiscard]] bool ParseScriptSourceStream(int entityKind, std::string_view streamName, std::string& text,
-                                           CommandList& list);
+                                           CommandList& list, int firstLine = 1);
 
 // A fragment without header or footer, in which only placeholders, macro calls and literal text may stand; the empty
 // text is an empty success. The log follows it. A failure shows nothing but a line end on console and log: the caller

@@ -54,7 +54,8 @@ bool CPatternSchema::ResolveOperand(std::string_view name, bool evaluate, const 
     const CommandRow* builtIn = nullptr;
     if (FindVariable(name, operand.variable)) {
         const MethodName split = SplitMethod(name);
-        if (!split.object.empty()) builtIn = FindStaticMacro(split.method);
+        const bool isWholeName = operand.variable->typeId == kTypeStatic;
+        if (!split.object.empty() && !isWholeName) builtIn = FindStaticMacro(split.method);
         if (builtIn) {
             object = split.object;
             method = split.method;

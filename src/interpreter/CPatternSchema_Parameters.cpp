@@ -24,10 +24,13 @@ int ParameterTypeOf(int constantType) {
     }
 }
 
+constexpr std::string_view kListMark = "[]";  // behind the type name of a list declared in place
+
 // A list fits a parameter of the type of its elements, or of one of its columns.
-bool HasElementsOf(const CVariableKVLCategoryList& list, int elementTypeId, std::string_view typeName) {
-    if (elementTypeId != 0 && elementTypeId != kTypeType && GetTypeName(elementTypeId) == typeName) return true;
-    if (list.listTypeName == typeName) return true;
+bool HasElementsOf(const CVariableKVLCategoryList& list, const BoundArgument& actual, std::string_view typeName) {
+    std::string_view elementType = actual.typeName;
+    if (elementType.ends_with(kListMark)) elementType.remove_suffix(kListMark.size());
+    if (elementType == typeName || list.listTypeName == typeName) return true;
     return std::any_of(list.Columns().begin(), list.Columns().end(), [typeName](const CVariable* column) {
         return column->typeName == typeName || column->userTypeName == typeName;
     });
@@ -37,7 +40,7 @@ bool FitsType(const BoundArgument& actual, std::string_view typeName) {
     if (actual.typeName == typeName || (!actual.userTypeName.empty() && actual.userTypeName == typeName)) return true;
     if (!actual.variable) return false;
     const CVariableKVLCategoryList* list = FindListOf(std::as_const(*actual.variable));
-    return list && HasElementsOf(*list, actual.elementTypeId, typeName);
+    return list && HasElementsOf(*list, actual, typeName);
 }
 
 // The instance that the variable is or belongs to; null for a plain variable.

@@ -201,7 +201,9 @@ std::unique_ptr<CPatternSchema> CompileText(int entityKind, std::string_view nam
 std::unique_ptr<CommandList> CompileFragment(const CPatternSchema& schema, std::string_view text) {
     auto list = std::make_unique<CommandList>();
     std::string source(text);
-    if (!ParseScriptSourceStream(schema.entityKind, schema.GetDisplayPath(), source, *list)) return nullptr;
+    const bool accepted =
+        ParseScriptSourceStream(schema.entityKind, schema.GetDisplayPath(), source, *list, schema.currentLine);
+    if (!accepted) return nullptr;
     return CompileWeakLiterals(*list, schema, schema.currentLine) ? std::move(list) : nullptr;
 }
 

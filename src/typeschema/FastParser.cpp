@@ -234,13 +234,15 @@ bool FastParser::FindNestedEnd(int row, int& endStart) {
     for (int depth = 1; depth > 0;) {
         const LiteralMatch& nextBegin = begin.From(window_);
         const LiteralMatch& nextEnd = end.From(window_);
-        if (!nextBegin.found && !nextEnd.found) {
+        // Of blanks alone a begin literal is found in nothing, too: that would open brackets for ever.
+        const bool beginFound = nextBegin.found && nextBegin.end > window_.cursor;
+        if (!beginFound && !nextEnd.found) {
             window_.cursor = end.EndOfSearch();
             return false;
         }
         const bool isBegin =
-            !nextEnd.found || (nextBegin.found && (nextBegin.start < nextEnd.start ||
-                                                   (nextBegin.start == nextEnd.start && nextBegin.end < nextEnd.end)));
+            !nextEnd.found || (beginFound && (nextBegin.start < nextEnd.start ||
+                                              (nextBegin.start == nextEnd.start && nextBegin.end < nextEnd.end)));
         depth += isBegin ? 1 : -1;
         window_.cursor = isBegin ? nextBegin.end : nextEnd.end;
         endStart = nextEnd.start;

@@ -185,7 +185,9 @@ bool PlainParser::ParseNested(int row, Pass pass) {
     for (int depth = 1; depth > 0;) {
         InputWindow beginSearch = window_;
         InputWindow endSearch = window_;
-        const LiteralMatch nextBegin = MatchWeak(beginSearch, begin, MatchPlace::Anywhere);
+        LiteralMatch nextBegin = MatchWeak(beginSearch, begin, MatchPlace::Anywhere);
+        // Of blanks alone a begin literal is found in nothing, too: that would open brackets for ever.
+        nextBegin.found = nextBegin.found && nextBegin.end > window_.cursor;
         const LiteralMatch nextEnd = MatchWeak(endSearch, end, MatchPlace::Anywhere);
         if (!nextBegin.found && !nextEnd.found) {
             window_.cursor = endSearch.cursor;

@@ -1,10 +1,11 @@
-// Runs every case below tests/golden and every example as a whole program, in memory: its folder is the project, the clock
-// stands still, and console text, exit value and written files are compared with what stands in `expected/`.
+// Runs every case below tests/golden and every example as a whole program, in memory: its folder is the project, the
+// clock stands still, and console text, exit value and written files are compared with what stands in `expected/`.
 //
-// A case is a folder with main.kvl and whatever the run reads. An optional file `run.txt` holds lines "arguments: ...",
-// "input: ..." (with \n and \e for a line end and [Esc]) and "environment: NAME=VALUE". `expected/console.txt` ends with
-// the exit value; `expected/files/` holds the files that the run made or changed. With KVL_GOLDEN_UPDATE=1 in the
-// environment the expectations are rewritten.
+// A case is a folder with main.kvl and whatever the run reads. An optional file `run.txt` holds lines "arguments: ..."
+// ("arguments" alone: none, so that the run asks), "input: ..." (with \n and \e for a line end and [Esc]),
+// "environment: NAME=VALUE", and "read-only: FILE" or "unreadable: FILE". `expected/console.txt` ends with the exit
+// value; `expected/files/` holds the files that the run made or changed. With KVL_GOLDEN_UPDATE=1 in the environment
+// the expectations are rewritten.
 
 #include <gtest/gtest.h>
 
@@ -57,6 +58,7 @@ struct RunSettings {
     std::vector<std::string> arguments = {"-overwrite"};
     std::string input;
     std::vector<std::pair<std::string, std::string>> environment;
+    std::vector<std::string> readOnly, unreadable;  // files of the project
 };
 
 RunSettings ReadSettings(const FileTexts& files) {
@@ -69,6 +71,8 @@ RunSettings ReadSettings(const FileTexts& files) {
         const std::string key = line.substr(0, colon);
         const std::string value = colon == std::string::npos ? "" : line.substr(colon + 2);
         if (key == "input") settings.input = Unescape(value);
+        if (key == "read-only") settings.readOnly.push_back(value);
+        if (key == "unreadable") settings.unreadable.push_back(value);
         if (key == "environment") {
             const std::size_t equals = value.find('=');
             settings.environment.emplace_back(value.substr(0, equals), value.substr(equals + 1));
@@ -76,7 +80,8 @@ RunSettings ReadSettings(const FileTexts& files) {
         if (key == "arguments") {
             settings.arguments.clear();
             std::istringstream words(value);
-            for (std::string word; words >> word;) settings.arguments.push_back(word);
+            for (std::string word; words >> word;)
+                settings.arguments.push_back(word);
         }
     }
     return settings;
@@ -88,21 +93,29 @@ struct Outcome {
 };
 
 // What differs from build to build is not compared.
-std::string WithoutBuildStamp(const std::string& console) {
-    return std::regex_replace(console, std::regex(R"(Build\(\d+\) on [^\n]*)"), "Build(...) on ...");
+std::string WithoutBuildStamp(const std::string& text) {
+    if (text.find("Build(") == std::string::npos) return text;
+    return std::regex_replace(text, std::regex(R"(Build\(\d+\) on [^\n]*)"), "Build(...) on ...");
 }
 
-Outcome Run(const FileTexts& files) {
+Outcome RunProject(const FileTexts& files) {
     const RunSettings settings = ReadSettings(files);
     ScopedPlatform outside;
-    for (const auto& [name, text] : files) outside.memory.Put(std::string(kProject) + name, text);
+    for (const auto& [name, text] : files)
+        outside.memory.Put(std::string(kProject) + name, text);
+    for (const std::string& name : settings.readOnly)
+        outside.memory.SetReadOnly(std::string(kProject) + name);
+    for (const std::string& name : settings.unreadable)
+        outside.memory.SetUnreadable(std::string(kProject) + name);
     outside.console.input = settings.input;
     outside.surroundings.now = 1700000000;
-    for (const auto& [name, value] : settings.environment) outside.surroundings.environment[name] = value;
+    for (const auto& [name, value] : settings.environment)
+        outside.surroundings.environment[name] = value;
 
     const std::string script = std::string(kProject) + "main.kvl";
     std::vector<const char*> arguments = {"kvlRun", script.c_str()};
-    for (const std::string& argument : settings.arguments) arguments.push_back(argument.c_str());
+    for (const std::string& argument : settings.arguments)
+        arguments.push_back(argument.c_str());
     int exitValue = 1;
     try {
         exitValue = RunProgram(static_cast<int>(arguments.size()), arguments.data()) ? 0 : 1;
@@ -115,7 +128,7 @@ Outcome Run(const FileTexts& files) {
         if (!path.starts_with(kProject)) continue;
         const std::string name = path.substr(kProject.size());
         const auto before = files.find(name);
-        const std::string text = outside.memory.Get(path);
+        const std::string text = WithoutBuildStamp(outside.memory.Get(path));
         if (before == files.end() || before->second != text) outcome.files[name] = text;
     }
     return outcome;
@@ -123,7 +136,7 @@ Outcome Run(const FileTexts& files) {
 
 std::vector<fs::path> FindCases() {
     std::vector<fs::path> cases;
-    for (const fs::path root : {fs::path(KVL_GOLDEN_FOLDER), fs::path(KVL_EXAMPLES_FOLDER)}) {
+    for (const fs::path& root : {fs::path(KVL_GOLDEN_FOLDER), fs::path(KVL_EXAMPLES_FOLDER)}) {
         for (const auto& entry : fs::recursive_directory_iterator(root)) {
             const bool isCase = entry.path().filename() == "main.kvl" &&
                                 entry.path().generic_string().find("/expected/") == std::string::npos;
@@ -139,12 +152,13 @@ class GoldenTest : public testing::TestWithParam<fs::path> {};
 TEST_P(GoldenTest, RunsAsExpected) {
     const fs::path folder = GetParam();
     const fs::path expected = folder / "expected";
-    const Outcome outcome = Run(ReadTree(folder));
+    const Outcome outcome = RunProject(ReadTree(folder));
     const char* update = std::getenv("KVL_GOLDEN_UPDATE");
     if (update && std::string_view(update) == "1") {
         fs::remove_all(expected);
         WriteFile(expected / "console.txt", outcome.console);
-        for (const auto& [name, text] : outcome.files) WriteFile(expected / "files" / name, text);
+        for (const auto& [name, text] : outcome.files)
+            WriteFile(expected / "files" / name, text);
         GTEST_SKIP() << "expectation rewritten";
     }
     EXPECT_EQ(ReadFile(expected / "console.txt"), outcome.console);

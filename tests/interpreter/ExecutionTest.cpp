@@ -26,7 +26,7 @@ constexpr ScriptRow kExecutionRows[] = {
     {"QuotedCallWithArgument", "$\"P(\"\"v\"\")\"$", "<v>"},
     {"QuotedCallWithComputedName", "$N ::STREAM = \"P\"$$A ::STREAM = \"v\"$$\"$N$(A)\"$", "<v>"},
     {"QuotedPlaceholderIsNoCall", "$A ::STREAM$\n$\"A\"$", "", "ERR_DECL_SCRIPT_MACRO_1 4"},
-    {"QuotedTextIsNoCall", "\n$\"no call\"$", "", "ERR_DECL_SCRIPT_SYNTAX_1 1"},
+    {"QuotedTextIsNoCall", "\n$\"no call\"$", "", "ERR_DECL_SCRIPT_SYNTAX_1 4"},
     {"QuotedUnknownMacro", "$\"X()\"$", "", "ERR_DECL_SCRIPT_MACRO_1 3"},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, Execution, testing::ValuesIn(kExecutionRows), RowName);

@@ -27,6 +27,8 @@ constexpr MacroRow kMacros[] = {
     {true, "AGAIN", "#P::PAIR, #N::INTEGER",
      "$P:L$$M ::INTEGER = N$$M -= 1$$BEGIN IF M > 0$$AGAIN(P, M)$$END IF M > 0$$P:R$"},
     {true, "WALK", "#R::IDENTIFIER", "$BEGIN ALL R$$R:V$;$END ALL R$"},
+    {true, "CELLS", "#L::STRING[]", "$BEGIN ALL L$$L$;$END ALL L$"},
+    {true, "PAIRS", "#P::PAIR[]", "$BEGIN ALL P$$P:L$$P:R$;$END ALL P$"},
     {true, "ASTEXT", "#X::STREAM", "$T ::STREAM = SHOW(X)$$T$$T$"},
     {true, "TOOFEW", "", "\n\n$SHOW()$"},
     {false, "STORE", "&X::STREAM, #V::STREAM", "$X = V$"},
@@ -34,6 +36,7 @@ constexpr MacroRow kMacros[] = {
     {false, "SETFIELD", "&X::IDENTIFIER, #V::STREAM", "$X = V$"},
     {false, "HANDSET", "&X::STREAM", "$STORE(X, \"deep\")$"},
     {false, "ADD", "&R::IDENTIFIER, #N::ROWS", "$BEGIN ALL N:R EXTEND R$$R:V = N:R:V$$END ALL N:R EXTEND R$"},
+    {false, "RELOAD", "&P::PAIR, &Q::IDENTIFIER, #S::STREAM", "$P = S$$Q = P:L$$WHOLE(P)$"},
     {false, "SUBDIRECTORY", "&D::KVL:DIRECTORY", "$D:SUB ::KVL:DIRECTORY$"},
     {false, "BREAK", "&P::PAIR", "$P:L = \"new\"$\n$NOTHING$"},
     {false, "ASKALL", "#A::IDENTIFIER, #B::PAIR", "$DUMP(A, B:L)$"},
@@ -74,6 +77,8 @@ constexpr ScriptRow kParameterRows[] = {
     {"Column", "$BEGIN ALL A:R$$FIELD(A:R:V)$$END ALL A:R$", "xyz"},
     {"List", "$WALK(A:R)$", "x;y;z;"},
     {"ListInItsOwnLoop", "$BEGIN ALL A:R$$WALK(A:R)$$A:R:V$$END ALL A:R$", "x;y;z;xx;y;z;yx;y;z;z"},
+    {"BracketList", "$L ::STRING[2]$$BEGIN ALL L$$L = \"c\"$$END ALL L$$CELLS(L)$", "c;c;"},
+    {"BracketListOfADeclaredType", "$Q ::PAIR[2]$$BEGIN ALL Q$$Q:R = \"r\"$$END ALL Q$$PAIRS(Q)$", "r;r;"},
     {"SameVariableTwice", "$BOTH(I:L, I:L)$", "a-a"},
     {"SameColumnTwice", "$BEGIN ALL A:R$$BOTH(A:R:V, A:R:V)$$END ALL A:R$", "x-xy-yz-z"},
     {"SameInstanceTwice", "$TWOWHOLES(I, I)$", "aabb"},
@@ -95,6 +100,7 @@ constexpr ScriptRow kResultRows[] = {
     {"ReferenceToAField", "$SETFIELD(I:R, \"w\")$$I:R$", "w"},
     {"ReferenceToAColumn", "$BEGIN ALL A:R$$SETFIELD(A:R:V, \"w\")$$A:R:V$$END ALL A:R$$WALK(A:R)$", "wwww;w;w;"},
     {"RecordsAppended", "$X = \"p q\"$$N ::ROWS = X$$ADD(A:R, N)$$WALK(A:R)$", "x;y;z;p;q;"},
+    {"InstanceReloadedInACall", "$X = \"c,d\"$$RELOAD(I, I:R, X)$$I:L$$I:R$", "ac"},
     {"TextOfAPattern", "$T ::STREAM = SHOW(X)$$T$", "<v>"},
     {"TextOfAPatternInAPattern", "$ASTEXT(X)$", "<v><v>"},
     {"NewDirectoryBelowAParameter", "$OUT ::KVL:DIRECTORY$$SUBDIRECTORY(OUT)$$OUT:SUB$", "/work"},
@@ -162,6 +168,17 @@ TEST(MacroParameters, GetTheirLabelsBackFromAFailingCall) {
     EXPECT_EQ(field->GetText(), "new");
     EXPECT_EQ(field->sourceName, "main.kvl");
     EXPECT_EQ(field->ownerEntity, run.root.get());
+}
+
+TEST(MacroName, OfTheVariableMustBeTheDeclaredOne) {
+    CallRun run;
+    ASSERT_TRUE(run.Execute(kValues));
+    auto* other = static_cast<CVariableKVLMacro*>(run.root->EnterVariable("OTHER", "KVL:PATTERN", kTypePattern));
+    other->ShareValue(*run.root->variableTable.Find("ASTEXT"));
+    OutputText output;
+    RunContext context;
+    EXPECT_FALSE(run.root->ExecuteMacroCall("OTHER", {}, "OTHER()", true, output, context));
+    EXPECT_NE(run.outside.console.output.find("Actual - Formal Macro/Pattern Name Mismatch. "), std::string::npos);
 }
 
 TEST(MacroParameters, AreEvaluatedOnce) {

@@ -119,7 +119,7 @@ struct FragmentRow {
 class FragmentFaultTest : public LoadingTest, public testing::WithParamInterface<FragmentRow> {};
 
 constexpr FragmentRow kFragmentRows[] = {
-    {"Syntax", "$M(,)$", "ERR_DECL_PATTERN_SYNTAX_1", "At line 1 near position 0 of Pattern /work/main.kvl"},
+    {"Syntax", "$M(,)$", "ERR_DECL_PATTERN_SYNTAX_1", "At line 7 near position 0 of Pattern /work/main.kvl"},
     {"Literal", "$M(\"$x\")$", "ERR_DECL_PATTERN_LIT_2", "At line 7 of Pattern /work/main.kvl"},
 };
 INSTANTIATE_TEST_SUITE_P(Rows, FragmentFaultTest, testing::ValuesIn(kFragmentRows), NameOfRow<FragmentRow>);
