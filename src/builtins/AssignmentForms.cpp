@@ -47,7 +47,7 @@ public:
     // --- the right side ---
     bool RightIsFile() const { return IsMacro(operands_.right, cmd_directory_method_file); }
     template <int kMacro>
-    bool RightIsResultOf() const {
+    bool RightIs() const {
         return IsMacro(operands_.right, kMacro);
     }
     bool RightIsStream() const { return operands_.rightType == kTypeStream || RightIsStreamList(); }
@@ -192,22 +192,22 @@ struct FormRow {
 
 // clang-format off
 constexpr FormRow kForms[] = {
-    {&Form::RightIsFile,                        &Form::LeftIsA<kTypeScript>,        &Form::LoadMacroFound<kEntityMacroScript>},
-    {&Form::RightIsFile,                        &Form::LeftIsA<kTypePattern>,       &Form::LoadMacroFound<kEntityMacroPattern>},
-    {&Form::RightIsFile,                        &Form::LeftIsA<kTypeType>,          &Form::LoadTypeFound},
-    {&Form::RightIsFile,                        &Form::LeftIsOfDeclaredType,        &Form::LoadInstanceFound},
-    {&Form::RightIsFile,                        &Form::LeftIsFile,                  &Form::CopyFile},
-    {&Form::RightIsFile,                        &Form::LeftIsA<kTypeStream>,        &Form::ReadFile},
-    {&Form::RightIsFile,                        &Form::LeftIsA<kTypeBool>,          &Form::TestExistence},
-    {&Form::RightIsResultOf<cmd_stream_length>, &Form::LeftIsA<kTypeInteger>,       &Form::TakeResult},
-    {&Form::RightIsResultOf<cmd_stream_delete>, &Form::LeftIsA<kTypeStream>,        &Form::TakeResult},
-    {&Form::RightIsStream,                      &Form::LeftIsA<kTypeScript>,        &Form::LoadMacroText<kEntityMacroScript>},
-    {&Form::RightIsStream,                      &Form::LeftIsA<kTypePattern>,       &Form::LoadMacroText<kEntityMacroPattern>},
-    {&Form::RightIsStream,                      &Form::LeftIsA<kTypeType>,          &Form::LoadTypeText},
-    {&Form::RightIsStream,                      &Form::LeftIsOfDeclaredType,        &Form::LoadInstanceText},
-    {&Form::RightIsStream,                      &Form::LeftIsFile,                  &Form::WriteText},
-    {&Form::RightIsOneText,                     &Form::LeftIsSimpleListOutsideLoop, &Form::FillList},
-    {&Form::RightIsPattern,                     &Form::LeftIsFile,                  &Form::WriteGenerated},
+    {&Form::RightIsFile,                &Form::LeftIsA<kTypeScript>,        &Form::LoadMacroFound<kEntityMacroScript>},
+    {&Form::RightIsFile,                &Form::LeftIsA<kTypePattern>,       &Form::LoadMacroFound<kEntityMacroPattern>},
+    {&Form::RightIsFile,                &Form::LeftIsA<kTypeType>,          &Form::LoadTypeFound},
+    {&Form::RightIsFile,                &Form::LeftIsOfDeclaredType,        &Form::LoadInstanceFound},
+    {&Form::RightIsFile,                &Form::LeftIsFile,                  &Form::CopyFile},
+    {&Form::RightIsFile,                &Form::LeftIsA<kTypeStream>,        &Form::ReadFile},
+    {&Form::RightIsFile,                &Form::LeftIsA<kTypeBool>,          &Form::TestExistence},
+    {&Form::RightIs<cmd_stream_length>, &Form::LeftIsA<kTypeInteger>,       &Form::TakeResult},
+    {&Form::RightIs<cmd_stream_delete>, &Form::LeftIsA<kTypeStream>,        &Form::TakeResult},
+    {&Form::RightIsStream,              &Form::LeftIsA<kTypeScript>,        &Form::LoadMacroText<kEntityMacroScript>},
+    {&Form::RightIsStream,              &Form::LeftIsA<kTypePattern>,       &Form::LoadMacroText<kEntityMacroPattern>},
+    {&Form::RightIsStream,              &Form::LeftIsA<kTypeType>,          &Form::LoadTypeText},
+    {&Form::RightIsStream,              &Form::LeftIsOfDeclaredType,        &Form::LoadInstanceText},
+    {&Form::RightIsStream,              &Form::LeftIsFile,                  &Form::WriteText},
+    {&Form::RightIsOneText,             &Form::LeftIsSimpleListOutsideLoop, &Form::FillList},
+    {&Form::RightIsPattern,             &Form::LeftIsFile,                  &Form::WriteGenerated},
 };
 // clang-format on
 

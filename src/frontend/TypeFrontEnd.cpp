@@ -10,6 +10,8 @@ namespace kvl {
 
 namespace {
 
+constexpr int kNoPlace = -2;
+
 std::shared_ptr<CTypeSchema> Compile(PinScanX& scanner, std::shared_ptr<CTypeSchema> schema, int entityKind) {
     schema->entityKind = entityKind;
     return TypeCompiler(scanner, *schema).Compile() ? std::move(schema) : nullptr;
@@ -18,11 +20,13 @@ std::shared_ptr<CTypeSchema> Compile(PinScanX& scanner, std::shared_ptr<CTypeSch
 }  // namespace
 
 std::shared_ptr<CTypeSchema> ParseTypeFile(int entityKind, std::string_view path) {
+    MessageContext context;
+    context.position = kNoPlace;
     std::string text;
     int lineCount = 0;
-    if (!ReadSourceFile(path, text, lineCount, MessageContext())) return nullptr;
+    if (!ReadSourceFile(path, text, lineCount, context)) return nullptr;
     if (text.empty()) {
-        ReportFileError(ERR_EXEC_SCRIPT_FILE_8, path, MessageContext());
+        ReportFileError(ERR_EXEC_SCRIPT_FILE_8, path, context);
         return nullptr;
     }
     auto schema = std::make_shared<CTypeSchema>();

@@ -70,7 +70,7 @@ Cell* CVariableKVLCategoryList::ArenaCells(std::size_t count) {
 }
 
 void TraceAddedRecord(const CVariableKVLCategoryList& list, PathView key, const Record& record) {
-    std::string text = TraceHead("Add Record ", key, record.IsProvisional(), "To ", list.label);
+    std::string text = TraceHead("Add Record ", key, record.IsProvisional(), " To ", list.label);
     const std::vector<CVariable*>& columns = list.Columns();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const std::string_view cell = columns[i]->IsList() ? "$?$" : record.Get(static_cast<int>(i));
@@ -83,7 +83,7 @@ void TraceAddedRecord(const CVariableKVLCategoryList& list, PathView key, const 
 }
 
 void TraceRemovedRecord(const CVariableKVLCategoryList& list, PathView key, const Record& record) {
-    WriteLog(TraceHead("Remove Record ", key, record.IsProvisional(), "From ", list.label) + "\n");
+    WriteLog(TraceHead("Remove Record ", key, record.IsProvisional(), " From ", list.label) + "\n");
 }
 
 }  // namespace kvl
