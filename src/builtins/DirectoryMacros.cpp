@@ -60,7 +60,7 @@ bool FindParentPaths(const CPatternSchema& schema, std::string_view label, const
     return parent != nullptr;
 }
 
-// Without a specification the directory is the one of the main script.
+// Without a path of its own the directory is the one of the main script.
 bool SetPath(const CPatternSchema& schema, CVariableKVLDirectory& directory, std::string_view spec) {
     const std::string& scriptDirectory = Process().mainScriptDirectory;
     const std::string kept(spec.empty() ? scriptDirectory : spec);

@@ -12,7 +12,7 @@ public:
     CVariableKVLDirectory() : CVariable(kTypeDirectory) {}
     bool CopyValue(const CVariable& source, const LoopStack& loops) override;
     void ShareValue(const CVariable& source) override;
-    // No specification yet; the only path is the working directory.
+    // Nothing is assigned yet; the only path is the working directory.
     void CreateValue() override;
     void DestroyValue() override;
     // A directory takes no text by assignment; see ResolveDirectoryPaths.
