@@ -63,52 +63,67 @@ public:
     template <class Target>
     void Arrange(const std::vector<std::size_t>& order, Target target) {
         TakeOut(list_);
-        std::vector<RecordPath> oldKeys;
-        for (const RecordStore::Entry& entry : taken_.front().entries)
-            oldKeys.push_back(entry.path);
-        std::vector<RecordPath> lowest;
-        for (const RecordPath& key : oldKeys)
-            lowest.push_back(Lowest(key));
+        FindSubtrees();
         for (std::size_t place = 0; place < order.size(); ++place) {
             const std::size_t old = order[place];
-            PutBack(oldKeys[old], target(oldKeys, place, old, lowest[old]), lowest[old]);
+            const RecordPath lowest = Lowest(old);
+            PutBack(old, target(*this, place, old, lowest), lowest);
         }
     }
+
+    PathView OldKey(std::size_t index) const { return taken_.front().entries[index].path; }
 
 private:
     struct Taken {
         CVariableKVLCategoryList* list;
         std::vector<RecordStore::Entry> entries;  // in order of their old keys
+        std::vector<std::size_t> ranges;          // two by record of the scope: where its subtree begins and ends
     };
 
     void TakeOut(CVariableKVLCategoryList& list) {
         list.DetachCursors();
         RecordStore& store = list.records_;
-        taken_.push_back({&list, store.Take(store.LowerBound(parentKey_), store.Behind(parentKey_))});
+        taken_.push_back({&list, store.Take(store.LowerBound(parentKey_), store.Behind(parentKey_)), {}});
         for (std::size_t i = 0; i < list.Columns().size(); ++i) {
             if (CVariableKVLCategoryList* nested = list.NestedList(i)) TakeOut(*nested);
         }
     }
 
-    static bool Below(PathView path, PathView key) {
+    static bool IsBelow(PathView path, PathView key) {
         return path.size() >= key.size() && std::equal(key.begin(), key.end(), path.begin());
     }
 
-    template <class Visit>
-    void VisitSubtree(const RecordPath& key, Visit visit) {
+    // Children of one record are neighbours, and the neighbours of all lists stand in the order of the scope: one walk.
+    // What hangs below no record of the scope stands in no range, and goes.
+    void FindSubtrees() {
+        const std::vector<RecordStore::Entry>& scope = taken_.front().entries;
         for (Taken& taken : taken_) {
-            auto first = std::lower_bound(
-                taken.entries.begin(), taken.entries.end(), key.View(),
-                [](const RecordStore::Entry& entry, PathView path) { return ComparePaths(entry.path, path) < 0; });
-            for (; first != taken.entries.end() && Below(first->path, key); ++first)
-                visit(*taken.list, *first);
+            std::size_t next = 0;
+            taken.ranges.reserve(2 * scope.size());
+            for (const RecordStore::Entry& parent : scope) {
+                while (next < taken.entries.size() && ComparePaths(taken.entries[next].path, parent.path) < 0)
+                    ++next;
+                taken.ranges.push_back(next);
+                while (next < taken.entries.size() && IsBelow(taken.entries[next].path, parent.path))
+                    ++next;
+                taken.ranges.push_back(next);
+            }
+        }
+    }
+
+    template <class Visit>
+    void VisitSubtree(std::size_t index, Visit visit) {
+        for (Taken& taken : taken_) {
+            for (std::size_t i = taken.ranges[2 * index]; i < taken.ranges[2 * index + 1]; ++i) {
+                visit(*taken.list, taken.entries[i]);
+            }
         }
     }
 
     // The smallest number at each position among the keys of a subtree; as many as its longest key has.
-    RecordPath Lowest(const RecordPath& key) {
+    RecordPath Lowest(std::size_t index) {
         RecordPath lowest;
-        VisitSubtree(key, [&](CVariableKVLCategoryList&, const RecordStore::Entry& entry) {
+        VisitSubtree(index, [&](CVariableKVLCategoryList&, const RecordStore::Entry& entry) {
             const PathView path = entry.path.View();
             for (std::size_t i = 0; i < path.size(); ++i) {
                 if (i == lowest.Size()) {
@@ -121,8 +136,8 @@ private:
         return lowest;
     }
 
-    void PutBack(const RecordPath& key, const RecordPath& base, const RecordPath& lowest) {
-        VisitSubtree(key, [&](CVariableKVLCategoryList& list, RecordStore::Entry& entry) {
+    void PutBack(std::size_t index, const RecordPath& base, const RecordPath& lowest) {
+        VisitSubtree(index, [&](CVariableKVLCategoryList& list, RecordStore::Entry& entry) {
             RecordPath path = entry.path;
             for (std::size_t i = 0; i < path.Size(); ++i)
                 path[i] += base.View()[i] - lowest.View()[i];
@@ -139,9 +154,8 @@ private:
 namespace {
 
 // New keys number the scope from 0, and what is nested below each record from its new number.
-RecordPath NumberedFromZero(const std::vector<RecordPath>& oldKeys, std::size_t place, std::size_t old,
-                            const RecordPath& lowest) {
-    RecordPath base = oldKeys[old];
+RecordPath NumberedFromZero(const RecordOrder& records, std::size_t place, std::size_t old, const RecordPath& lowest) {
+    RecordPath base(records.OldKey(old));
     const int number = static_cast<int>(place);
     base[base.Size() - 1] = number;
     while (base.Size() < lowest.Size())
@@ -149,9 +163,11 @@ RecordPath NumberedFromZero(const std::vector<RecordPath>& oldKeys, std::size_t 
     return base;
 }
 
-// The record takes the key of the one whose place it takes; what is nested below is numbered from 0.
-RecordPath KeyOfPlace(const std::vector<RecordPath>& oldKeys, std::size_t place, const RecordPath& lowest) {
-    RecordPath base = oldKeys[place];
+// The record takes the key of the one whose place it takes, and what is nested below is numbered from 0; the one in the
+// middle stays as it is.
+RecordPath KeyOfPlace(const RecordOrder& records, std::size_t place, std::size_t old, const RecordPath& lowest) {
+    if (place == old) return lowest;
+    RecordPath base(records.OldKey(place));
     while (base.Size() < lowest.Size())
         base.Append(0);
     return base;
@@ -213,9 +229,7 @@ void ReverseRecords(CVariableKVLCategoryList& list, PathView parentKey) {
     std::vector<std::size_t> order(count);
     for (std::size_t i = 0; i < count; ++i)
         order[i] = count - 1 - i;
-    records.Arrange(order, [](const auto& oldKeys, std::size_t place, std::size_t old, const RecordPath& lowest) {
-        return place == old ? lowest : KeyOfPlace(oldKeys, place, lowest);  // the middle one stays as it is
-    });
+    records.Arrange(order, KeyOfPlace);
 }
 
 void SortRecords(CVariableKVLCategoryList& list, PathView parentKey, int column, CellKind kind) {

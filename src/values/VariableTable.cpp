@@ -6,7 +6,7 @@ namespace kvl {
 
 namespace {
 
-constexpr std::size_t kRememberedNames = 64;
+constexpr std::size_t kRememberedNames = 256;
 // A table that is asked less often than this, as that of a short call, does not remember.
 constexpr unsigned kLookupsBeforeRemembering = 8;
 
@@ -77,7 +77,9 @@ CVariable* VariableTable::FindOne(std::string_view name) const {
     if (entry.variable && entry.name == name) return entry.variable;
 
     CVariable* variable = FindUncached(name);
-    if (variable) entry = {std::string(name), variable};
+    if (!variable) return nullptr;
+    entry.name.assign(name);  // the slot's memory is used again
+    entry.variable = variable;
     return variable;
 }
 
