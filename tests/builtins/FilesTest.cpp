@@ -37,7 +37,7 @@ constexpr ScriptRow kReading[] = {
     {"EmptyScript", "$R() ::KVL:SCRIPT = D:FILE(\"empty.txt\")$", "File /work/empty.txt is empty",
      "ERR_EXEC_SCRIPT_FILE_8"},
     {"EmptyType", "$::PERSON ::KVL:TYPE = D:FILE(\"empty.txt\")$", "File /work/empty.txt is empty",
-     "ERR_EXEC_SCRIPT_FILE_8 -1"},
+     "ERR_EXEC_SCRIPT_FILE_8"},
     {"EmptyData", KVL_TYPES "$IN ::PERSON = D:FILE(\"empty.txt\")$", "File /work/empty.txt is empty",
      "ERR_EXEC_SCRIPT_FILE_8 4"},
     {"MissingData", KVL_TYPES "$IN ::PERSON = D:FILE(\"none.txt\")$", "none.txt", "ERR_EXEC_SCRIPT_FILE_1 4"},
