@@ -79,5 +79,34 @@ TEST_F(DifferentialTest, BothParsersTellTheSame) {
     EXPECT_LT(count(Verdict::Skipped), pairs / 20);
 }
 
+// Pairs that shortcuts have once got wrong.
+struct PairRow {
+    const char* name;
+    std::string_view root, input;
+};
+constexpr PairRow kPairRows[] = {
+    {"WordReadToTheEndEndsTheSearch", "::STREAM{ ::IDENTIFIER }", ",b"},
+    {"WordBehindAnAbsentOption", "::STREAM{ ::SEQUENCE{ ::OPTION{ ';' } ::BOOL } }", "xTRUE"},
+    {"EndLiteralWithLeadingBlankStopsShort", "::NESTED{ ';' ' ;a' }", ";a'"},
+    {"BeginLiteralOfBlanksAlone", "::NESTED{ ' ' ')' }", " x)"},
+    {"NestedRecordsOfEarlierRepetitions", "::DISTANCE{ ::LIST{ ::LIST{ A ::INTEGER } ';' } }", "U1 2;3;"},
+    {"TextsOfOrdersGivenUp", "::CHOICE{ ::PERMUTATION{ A ::STRING ::STRING ::FLOAT } ::INTEGER }", "2 0"},
+};
+
+class KnownPairTest : public testing::TestWithParam<PairRow> {};
+
+TEST_P(KnownPairTest, BothParsersTellTheSame) {
+    ParseComparison comparison;
+    ASSERT_TRUE(comparison.SetType("$BEGIN KVL VERSION=\"1.0.0\"$\n$TYPE ::T = " + std::string(GetParam().root) +
+                                   " $\n$END KVL VERSION=\"1.0.0\"$\n"));
+    const std::optional<std::string> expected = comparison.LiteralOutcome(GetParam().input, kStepBudget);
+    ASSERT_TRUE(expected.has_value());
+    EXPECT_EQ(comparison.RealOutcome(GetParam().input, LogMode::Closed), *expected);
+    EXPECT_EQ(comparison.RealOutcome(GetParam().input, LogMode::Open), *expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pairs, KnownPairTest, testing::ValuesIn(kPairRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 }  // namespace
 }  // namespace kvl

@@ -143,7 +143,7 @@ void AppendElement(const TypeNode& node, std::string& text) {
 
 class InputMaker {
 public:
-    explicit InputMaker(RandomNumbers& random) : random_(random) {}
+    explicit InputMaker(RandomNumbers& random) : random_(random), longest_(random.Chance(15) ? 250 : 50) {}
 
     void AppendNoise(std::string& text, std::size_t most) {
         for (std::size_t count = random_.Below(most + 1); count > 0; --count)
@@ -160,7 +160,7 @@ public:
                 break;
             case kCategoryList:
                 for (std::size_t count = 1 + random_.Below(random_.Chance(15) ? 16 : 3);
-                     count > 0 && text.size() < kLongest; --count)
+                     count > 0 && text.size() < longest_; --count)
                     AppendChildren(node, text);
                 break;
             case kCategoryPermutation:
@@ -201,8 +201,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t kLongest = 70;  // where lists end
-
     void AppendChildren(const TypeNode& node, std::string& text) {
         for (const TypeNode& child : node.children)
             Append(child, text);
@@ -286,6 +284,7 @@ private:
     }
 
     RandomNumbers& random_;
+    std::size_t longest_;  // where lists end
 };
 
 // --- smaller types ---
