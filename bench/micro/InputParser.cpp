@@ -19,7 +19,7 @@ namespace {
 using namespace kvl;
 namespace pegtl = tao::pegtl;
 
-constexpr int kRows = 10000;
+constexpr int kRows = 1000000;
 
 const std::shared_ptr<const std::string>& Input() {
     static const std::shared_ptr<const std::string> input = [] {

@@ -14,7 +14,8 @@ namespace {
 using namespace kvl;
 
 InputWindow WindowOn(const std::string& text) {
-    return {text, 0, static_cast<int>(text.size()), 0};
+    static ByteRuns runs;
+    return {text, 0, static_cast<int>(text.size()), 0, &runs};
 }
 
 void StrictAtCursor(benchmark::State& state) {

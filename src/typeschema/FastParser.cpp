@@ -25,60 +25,133 @@ FastParser::FastParser(CTypeSchema& schema) : schema_(schema), program_(schema) 
     window_.text = schema.input.GetText();
     window_.end = schema.input.GetLength();
     window_.cursor = schema.input.GetCursor();
-    for (int row = 0; row < program_.Size(); ++row) {
-        if (program_[row].list) program_[row].list->KeepInput(schema.input.SharedText());
+    window_.runs = &runs_;
+    for (const ParseRow* row = program_.Begin(); row < program_.End(); ++row) {
+        if (row->list) row->list->KeepInput(schema.input.SharedText());
     }
 }
 
 bool FastParser::Parse() {
     schema_.rootSpanEnd = window_.cursor;
-    const bool matched = ParseRange(0, program_.Size());
+    const bool matched = ParseRange(program_.Begin(), program_.End());
     schema_.input.SetCursor(window_.cursor);
     PublishTexts();
     return matched;
 }
 
-bool FastParser::ParseRange(int from, int to) {
+bool FastParser::ParseRange(const ParseRow* from, const ParseRow* to) {
     if (from >= to) return false;
-    for (int row = from; row < to; row = program_.Behind(row)) {
-        if (!ParseElement(row)) return false;
+    for (const ParseRow* row = from; row < to;) {
+        if (row->isPlain) {
+            row = ParsePlain(row, to);
+            if (row == nullptr) return false;
+        } else {
+            if (!ParseElement(*row)) return false;
+            row = row->Behind();
+        }
     }
     return true;
 }
 
-bool FastParser::ParseElement(int row) {
+bool FastParser::ParseElement(const ParseRow& row) {
     ++steps_;
-    const int kind = program_[row].kind;
-    if (kind == kElementStrictLiteral || kind == kElementWeakLiteral) return ParseLiteral(row);
-    if (kind >= kElementString) return ParseElementary(row);
+    if (row.isPlain) return ParsePlain(&row, row.Behind()) != nullptr;
     return IsFailureExpected() ? ParseRemembered(row) : ParseCategory(row);
 }
 
-bool FastParser::ParseRemembered(int row) {
+// Plain elements, one behind the other, as far as they go. The first row behind them; null where one did not match.
+const ParseRow* FastParser::ParsePlain(const ParseRow* from, const ParseRow* to) {
+    const char* const text = window_.text.data();
+    const char* const end = text + window_.end;
+    const char* at = text + window_.cursor;
+    const ParseRow* row = from;
+    bool matched = true;
+    for (; row < to && row->isPlain; row = row->Behind()) {
+        if (row->endsAtBytes) {
+            window_.cursor = static_cast<int>(at - text);
+            matched = ReadToBytes(*row);
+            at = text + window_.cursor;
+            if (!matched) break;
+        } else if (row->isBytes) {
+            const char* const place = row->kind == kElementWeakLiteral ? runs_.EndOf<ByteRun::Invisible>(at, end) : at;
+            matched = StartsWith(place, end, row->literal);
+            if (!matched) break;
+            at = place + row->jumpLength;
+        } else if (row->IsLiteral()) {
+            window_.cursor = static_cast<int>(at - text);
+            matched = MatchSpacedLiteral(*row);
+            at = text + window_.cursor;
+            if (!matched) break;
+        } else {
+            const Token token = ReadElement(runs_, at, end, row->kind);
+            if (row->showsText) ShowToken(*row, at, token);
+            at = token.stop;
+            matched = token.accepted;
+            if (!matched) break;
+            if (row->column >= 0) cells_.emplace_back(row->column, token.Text());
+        }
+    }
+    steps_ += static_cast<std::size_t>(row - from);
+    window_.cursor = static_cast<int>(at - text);
+    return matched ? row : FailAt(*row);
+}
+
+// A literal in which the input may have other white space, or an empty one, which never matches.
+bool FastParser::MatchSpacedLiteral(const ParseRow& row) {
+    const int start = window_.cursor;
+    if (MatchWeak(window_, row.literal, MatchPlace::Anchored).found) return true;
+    window_.cursor = start;
+    return false;
+}
+
+const ParseRow* FastParser::FailAt(const ParseRow& row) {
+    if (row.IsLiteral() && row.literal.empty()) {
+        (void)ReportEmptyLiteral(schema_, row.number, window_);
+    } else if (!IsFailureExpected() && !row.endsAtBytes) {
+        (void)(row.IsLiteral() ? ReportLiteral(schema_, row.number, window_)
+                               : ReportElement(schema_, row.number, window_));
+    }
+    return nullptr;
+}
+
+// A refused STRING or WHITESPACE leaves an empty text behind, any other element the text of before.
+void FastParser::ShowToken(const ParseRow& row, const char* start, const Token& token) {
+    const char* const text = window_.text.data();
+    if (token.accepted) {
+        ShowText({row.number, static_cast<int>(token.begin - text), static_cast<int>(token.end - text)});
+    } else if (row.kind == kElementString || row.kind == kElementWhiteSpace) {
+        ShowText({row.number, static_cast<int>(start - text), static_cast<int>(start - text)});
+    }
+}
+
+bool FastParser::ParseRemembered(const ParseRow& row) {
     const int start = window_.cursor;
     if (!memo_.Empty()) {
-        const TrialMemo::Outcome* known = memo_.Find(row, start, window_.end);
+        const TrialMemo::Outcome* known = memo_.Find(row.number, start, window_.end);
         if (known && (!known->matched || shortcutsAllowed_)) {
             const RowText* texts = memo_.TextsOf(*known);
             for (std::uint32_t i = 0; i < known->textCount; ++i)
-                SetText(texts[i].row, texts[i].begin, texts[i].end);
+                ShowText(texts[i]);
             window_.cursor = known->cursor;
             if (known->matched) ++shortcuts_;
             return known->matched;
         }
     }
     const std::size_t stepsBefore = steps_;
+    const std::size_t shortcutsBefore = shortcuts_;
     const std::size_t textsBefore = MarkTexts();
     const bool matched = ParseCategory(row);
-    if (steps_ - stepsBefore >= kWorthRemembering) {
-        memo_.Add(row, start, window_.end, matched, window_.cursor, textLog_.data() + textsBefore,
+    // A failure that a shortcut came to would cost more without it.
+    const bool leansOnShortcut = !matched && shortcuts_ != shortcutsBefore;
+    if (leansOnShortcut || steps_ - stepsBefore >= kWorthRemembering) {
+        memo_.Add(row.number, start, window_.end, matched, window_.cursor, textLog_.data() + textsBefore,
                   textLog_.size() - textsBefore);
     }
     return matched;
 }
 
-bool FastParser::ParseCategory(int row) {
-    switch (program_[row].kind) {
+bool FastParser::ParseCategory(const ParseRow& row) {
+    switch (row.kind) {
         case kElementSequence:
         case kElementRecursion:
             return ParseSequence(row);
@@ -102,48 +175,21 @@ bool FastParser::ParseCategory(int row) {
     }
 }
 
-bool FastParser::ParseLiteral(int row) {
-    const ParseRow& literal = program_[row];
-    const int start = window_.cursor;
-    if (literal.literal.empty()) return ReportEmptyLiteral(schema_, row, window_);
-    const LiteralMatch match = literal.kind == kElementStrictLiteral
-                                   ? MatchStrict(window_, literal.literal)
-                                   : MatchWeak(window_, literal.literal, MatchPlace::Anchored);
-    if (match.found) return true;
-    window_.cursor = start;
-    return IsFailureExpected() ? false : ReportLiteral(schema_, row, window_);
-}
-
-bool FastParser::ParseElementary(int row) {
-    const ParseRow& element = program_[row];
-    if (element.kind == kElementString || element.kind == kElementWhiteSpace) {
-        SetText(row, window_.cursor, window_.cursor);
-    }
-    const Token token = ReadElement(window_, element.kind);
-    if (!token.accepted) return IsFailureExpected() ? false : ReportElement(schema_, row, window_);
-    SetText(row, token.begin, token.end);
-    if (element.column >= 0) cells_.push_back({element.column, window_.Between(token.begin, token.end)});
-    return true;
-}
-
 // --- categories that match their elements once ---
 
-bool FastParser::ParseSequence(int row) {
+bool FastParser::ParseSequence(const ParseRow& row) {
     const int start = window_.cursor;
-    const bool matched = ParseRange(row + 1, program_[row].end);
+    const bool matched = ParseInside(row);
     CloseText(row, start, window_.cursor, matched);
     return matched;
 }
 
-bool FastParser::ParseOption(int row) {
-    const ParseRow& option = program_[row];
+bool FastParser::ParseOption(const ParseRow& row) {
     const int start = window_.cursor;
     SetText(row, start, start);
-    if (row == 0) schema_.rootSpanEnd = start;
-    const bool cannotBegin =
-        option.insideSilent && !window_.IsAtEnd() && option.insideFirst.Excludes(window_.At(start));
-    if (cannotBegin) return true;
-    if (!Try(row + 1, option.end)) {
+    if (row.number == 0) schema_.rootSpanEnd = start;
+    if (row.insideSilent && row.insideFirst.Excludes(window_)) return true;
+    if (!Try(row.Inside(), row.InsideEnd())) {
         window_.cursor = start;
         SetText(row, start, start);
         return true;
@@ -152,8 +198,8 @@ bool FastParser::ParseOption(int row) {
     return true;
 }
 
-bool FastParser::ParseLine(int row) {
-    if (!program_[row].keepsWhiteSpace) {
+bool FastParser::ParseLine(const ParseRow& row) {
+    if (!row.keepsWhiteSpace) {
         window_.SkipInvisible();
         if (window_.IsAtEnd()) return true;
     }
@@ -163,103 +209,50 @@ bool FastParser::ParseLine(int row) {
     const int lineEnd = lineFeed < 0 ? window_.end : lineFeed;
     window_.begin = start;
     window_.end = start + static_cast<int>(TrimInvisibleEnd(window_.Between(start, lineEnd)).size());
-    const bool matched = ParseRange(row + 1, program_[row].end);
+    const bool matched = ParseInside(row);
     window_ = whole;
     window_.cursor = lineFeed < 0 ? window_.end : lineFeed + 1;
     CloseText(row, start, window_.cursor, matched);
     return matched;
 }
 
-bool FastParser::ParseNested(int row) {
-    const ParseRow& nested = program_[row];
+bool FastParser::ParseNested(const ParseRow& row) {
     const int start = window_.cursor;
     SetText(row, start, start);
     ClearTextsInside(row);
-    const std::string_view begin = BareLiteralText(program_[row + 1].variable->GetText());
+    const ParseRow& beginRow = *row.Inside();
+    const ParseRow& endRow = *(row.InsideEnd() - 1);
+    const std::string_view begin = BareLiteralText(beginRow.variable->GetText());
     if (!MatchWeak(window_, begin, MatchPlace::Anchored).found) {
         window_.cursor = start;
-        return IsFailureExpected() ? false : ReportLiteral(schema_, row + 1, window_);
+        return IsFailureExpected() ? false : ReportLiteral(schema_, beginRow.number, window_);
     }
     const InputWindow behindBegin = window_;
-    if (row + 2 < nested.end - 1 && !ParseRange(row + 2, nested.end - 1)) {
-        return IsFailureExpected() ? false : ReportNestedElements(schema_, row, window_);
+    if (beginRow.Behind() < &endRow && !ParseRange(beginRow.Behind(), &endRow)) {
+        return IsFailureExpected() ? false : ReportNestedElements(schema_, row.number, window_);
     }
     const int contentStart = window_.cursor;
-    int contentEnd = contentStart;
-    if (!FindNestedEnd(row, contentEnd)) {
+    BracketSearch& brackets =
+        brackets_.try_emplace(row.number, begin, BareLiteralText(endRow.variable->GetText())).first->second;
+    const BracketSearch::Closing closing = brackets.Find(window_);
+    window_.cursor = closing.cursor;
+    if (!closing.found) {
         if (IsFailureExpected()) return false;
-        return ReportNoEndLiteral(schema_, row, window_, LineOfCursor(behindBegin));
+        return ReportNoEndLiteral(schema_, row.number, window_, LineOfCursor(behindBegin));
     }
-    CloseText(row, contentStart, contentEnd, true);
-    return true;
-}
-
-namespace {
-
-// The next occurrence of a bracket. It stays valid while the search moves on inside a stretch without a possible start.
-class NextBracket {
-public:
-    explicit NextBracket(std::string_view literal) : literal_(literal) {}
-
-    // Where the last search that found nothing ended.
-    int EndOfSearch() const { return endOfSearch_; }
-
-    const LiteralMatch& From(InputWindow window) {
-        const int from = window.cursor;
-        const bool stillAhead = known_ && clean_ && (!match_.found || from <= match_.start);
-        if (stillAhead) return match_;
-        const int firstByte = window.Find(literal_.substr(0, 1), from);
-        match_ = MatchWeak(window, literal_, MatchPlace::Anywhere);
-        if (!match_.found) match_.start = -1;
-        endOfSearch_ = window.cursor;
-        clean_ = !IsInvisible(literal_.front()) && firstByte == match_.start;
-        known_ = true;
-        return match_;
-    }
-
-private:
-    std::string_view literal_;
-    LiteralMatch match_;
-    int endOfSearch_ = -1;
-    bool known_ = false;
-    bool clean_ = false;
-};
-
-}  // namespace
-
-// Counts brackets from the cursor to the one that closes; `endStart` is where that begins.
-bool FastParser::FindNestedEnd(int row, int& endStart) {
-    NextBracket begin(BareLiteralText(program_[row + 1].variable->GetText()));
-    NextBracket end(BareLiteralText(program_[program_[row].end - 1].variable->GetText()));
-    for (int depth = 1; depth > 0;) {
-        const LiteralMatch& nextBegin = begin.From(window_);
-        const LiteralMatch& nextEnd = end.From(window_);
-        // Of blanks alone a begin literal is found in nothing, too: that would open brackets for ever.
-        const bool beginFound = nextBegin.found && nextBegin.end > window_.cursor;
-        if (!beginFound && !nextEnd.found) {
-            window_.cursor = end.EndOfSearch();
-            return false;
-        }
-        const bool isBegin =
-            !nextEnd.found || (beginFound && (nextBegin.start < nextEnd.start ||
-                                              (nextBegin.start == nextEnd.start && nextBegin.end < nextEnd.end)));
-        depth += isBegin ? 1 : -1;
-        window_.cursor = isBegin ? nextBegin.end : nextEnd.end;
-        endStart = nextEnd.start;
-    }
+    CloseText(row, contentStart, closing.start, true);
     return true;
 }
 
 // --- taking back, texts ---
 
-bool FastParser::Try(int from, int to) {
+bool FastParser::Try(const ParseRow* from, const ParseRow* to) {
     const Mark mark = Now();
     const int start = window_.cursor;
-    const std::size_t shortcutsBefore = shortcuts_;
     ++expected_;
     bool matched = ParseRange(from, to);
     const bool outermost = expected_ == 1;
-    if (matched && outermost && shortcuts_ != shortcutsBefore) {
+    if (matched && outermost && shortcuts_ != mark.shortcuts) {
         TakeBack(mark);
         window_.cursor = start;
         shortcutsAllowed_ = false;
@@ -274,9 +267,10 @@ bool FastParser::Try(int from, int to) {
 }
 
 void FastParser::TakeBack(const Mark& mark) {
-    cells_.resize(mark.cells);
+    cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(mark.cells), cells_.end());
+    shortcuts_ = mark.shortcuts;
     while (added_.size() > mark.records) {
-        program_[added_.back()].list->TakeBackParsedRecord();
+        added_.back()->TakeBackParsedRecord();
         added_.pop_back();
     }
 }
@@ -287,29 +281,26 @@ void FastParser::Commit() {
     if (!memo_.Empty()) memo_.Clear();
 }
 
-void FastParser::SetText(int row, int begin, int end) {
-    if (!program_[row].showsText) return;
-    const RowText text{row, begin, end};
-    rowTexts_[static_cast<std::size_t>(row)] = text;
+void FastParser::ShowText(const RowText& text) {
+    rowTexts_[static_cast<std::size_t>(text.row)] = text;
     if (!IsFailureExpected()) return;
-    if (textLog_.size() > textMark_ && textLog_.back().row == row) {
+    if (textLog_.size() > textMark_ && textLog_.back().row == text.row) {
         textLog_.back() = text;
     } else {
         textLog_.push_back(text);
     }
 }
 
-void FastParser::ClearTextsInside(int row) {
-    if (program_[row].insideSilent) return;
-    for (int inside = row + 1; inside < program_[row].end; ++inside)
-        SetText(inside, 0, 0);
+void FastParser::ClearTextsInside(const ParseRow& row) {
+    if (row.insideSilent) return;
+    for (const ParseRow* inside = row.Inside(); inside < row.InsideEnd(); ++inside)
+        SetText(*inside, 0, 0);
 }
 
-void FastParser::CloseText(int row, int begin, int end, bool matched) {
-    const ParseRow& category = program_[row];
-    if (row == 0) schema_.rootSpanEnd = window_.cursor - 1;
-    const bool isStored = matched && category.column >= 0;
-    if (!category.showsText && !isStored) return;
+void FastParser::CloseText(const ParseRow& row, int begin, int end, bool matched) {
+    if (row.number == 0) schema_.rootSpanEnd = window_.cursor - 1;
+    const bool isStored = matched && row.column >= 0;
+    if (!row.showsText && !isStored) return;
     const std::string_view text = TrimInvisible(window_.Between(begin, end));
     const int first = static_cast<int>(text.data() - window_.text.data());
     if (text.empty()) {
@@ -317,7 +308,7 @@ void FastParser::CloseText(int row, int begin, int end, bool matched) {
         return;
     }
     SetText(row, first, first + static_cast<int>(text.size()));
-    if (isStored) cells_.push_back({category.column, text});
+    if (isStored) cells_.emplace_back(row.column, text);
 }
 
 // Texts stay places in the input; the variables keep it alive.

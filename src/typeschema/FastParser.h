@@ -12,9 +12,12 @@
 //
 // Held against a literal walker by the differential tests.
 
+#include <unordered_map>
 #include <vector>
 
+#include "typeschema/BracketSearch.h"
 #include "typeschema/CTypeSchema.h"
+#include "typeschema/ElementReaders.h"
 #include "typeschema/ParseProgram.h"
 #include "typeschema/TrialMemo.h"
 #include "typeschema/WeakMatch.h"
@@ -33,13 +36,19 @@ private:
     struct Mark {
         std::size_t cells;
         std::size_t records;
+        std::size_t shortcuts;
     };
-    // The last search of a terminator's first literal: nothing lies between `from` and `at` (-1: up to the window's
-    // end).
+    // The last search of a terminator, or of the literal that it begins with: whoever begins to search between `from`
+    // and `last` comes to `at`, or to nothing (-1).
     struct Search {
         int from = -1;
+        int last = -1;
         int at = -1;
         int windowEnd = -1;
+
+        bool Knows(int position, int windowEndNow) const {
+            return windowEnd == windowEndNow && from >= 0 && from <= position && position <= last;
+        }
     };
     // The list that was read last in a trial: wherever one of its repetitions begins, the list ends at `end`.
     struct ListRun {
@@ -50,70 +59,81 @@ private:
         bool HasStart(int position, int windowEndNow) const;
     };
 
-    bool ParseRange(int from, int to);
-    bool ParseElement(int row);
-    bool ParseRemembered(int row);
-    bool ParseCategory(int row);
-    bool ParseLiteral(int row);
-    bool ParseElementary(int row);
-    bool ParseSequence(int row);
-    bool ParseOption(int row);
-    bool ParseLine(int row);
-    bool ParseNested(int row);
-    bool ParseChoice(int row);
-    bool ParsePermutation(int row);
-    bool ParseList(int row);
-    bool ParseText(int row);  // ::DISTANCE and ::STREAM
+    // The elements from one row up to another.
+    bool ParseRange(const ParseRow* from, const ParseRow* to);
+    bool ParseInside(const ParseRow& row) { return ParseRange(row.Inside(), row.InsideEnd()); }
+    bool ParseElement(const ParseRow& row);
+    const ParseRow* ParsePlain(const ParseRow* from, const ParseRow* to);
+    bool MatchSpacedLiteral(const ParseRow& row);
+    const ParseRow* FailAt(const ParseRow& row);
+    bool ParseRemembered(const ParseRow& row);
+    bool ParseCategory(const ParseRow& row);
+    bool ParseSequence(const ParseRow& row);
+    bool ParseOption(const ParseRow& row);
+    bool ParseLine(const ParseRow& row);
+    bool ParseNested(const ParseRow& row);
+    bool ParseChoice(const ParseRow& row);
+    bool ParsePermutation(const ParseRow& row);
+    bool ParseList(const ParseRow& row);
+    bool ParseText(const ParseRow& row);  // ::DISTANCE and ::STREAM
 
-    bool FindNestedEnd(int row, int& endStart);
-    bool ParseRepetition(int row, std::vector<int>& starts, bool keepStart);
-    void AddRecord(int row, std::size_t firstCell);
-    bool FindTerminator(int row, int& here);
-    bool Scan(int row, int& here);
-    bool JumpToCandidate(int row, int& next);
-    int FindLiteral(int row, int from);
+    bool ParseRepetition(const ParseRow& row, std::vector<int>& starts, bool keepStart);
+    void AddRecord(const ParseRow& row, std::size_t firstCell);
+    bool FindTerminator(const ParseRow& row, int& here);
+    bool ReadToBytes(const ParseRow& row);
+    bool Scan(const ParseRow& row, int& here);
+    bool ScanFromKnown(const ParseRow& row, const Search& known, int& here);
+    bool JumpToCandidate(const ParseRow& row, int& next);
+    int FindLiteral(const ParseRow& literal, int from);
 
     struct PermutationSearch;
     bool Permute(PermutationSearch& search);
 
-    // A trial of the rows from `from` to `to`: on failure all is taken back but the cursor and the texts of elements.
-    bool Try(int from, int to);
-    Mark Now() const { return {cells_.size(), added_.size()}; }
+    // A trial of the rows from one up to another: on failure all is taken back but the cursor and the texts of
+    // elements.
+    bool Try(const ParseRow* from, const ParseRow* to);
+    Mark Now() const { return {cells_.size(), added_.size(), shortcuts_}; }
     void TakeBack(const Mark& mark);
     // Nothing read so far will be taken back.
     void Commit();
     bool IsFailureExpected() const { return expected_ > 0; }
 
-    void SetText(int row, int begin, int end);
+    void SetText(const ParseRow& row, int begin, int end) {
+        if (row.showsText) ShowText({row.number, begin, end});
+    }
+    void ShowText(const RowText& text);
+    void ShowToken(const ParseRow& row, const char* start, const Token& token);
     // The texts set from here on stay apart from those before.
     std::size_t MarkTexts() { return textMark_ = textLog_.size(); }
     void DropTexts() {
         textLog_.clear();
         textMark_ = 0;
     }
-    void ClearTextsInside(int row);
+    void ClearTextsInside(const ParseRow& row);
     // Text of a category from `begin` to `end`, trimmed: for the script and, when `matched`, for the record.
-    void CloseText(int row, int begin, int end, bool matched);
+    void CloseText(const ParseRow& row, int begin, int end, bool matched);
     void PublishTexts();
 
     CTypeSchema& schema_;
     ParseProgram program_;
+    ByteRuns runs_;
     InputWindow window_;
     int expected_ = 0;  // categories around that can recover
     std::size_t steps_ = 0;
 
-    std::vector<CVariableKVLCategoryList::ParsedCell> cells_;  // pending, of all records under construction
-    std::vector<int> added_;  // rows of the lists that got a record in a trial, in order
+    std::vector<Cell> cells_;                       // pending, of all records under construction
+    std::vector<CVariableKVLCategoryList*> added_;  // the lists that got a record in a trial, in order
 
     TrialMemo memo_;
     std::vector<RowText> textLog_;   // texts set during the present trials
     std::size_t textMark_ = 0;       // the last place at which the log must stay cut
     std::vector<RowText> rowTexts_;  // by row, the last text; row -1 where none was set
     bool shortcutsAllowed_ = true;
-    std::size_t shortcuts_ = 0;  // remembered successes that were used
+    std::size_t shortcuts_ = 0;  // remembered successes in what has been read and not taken back
 
-    std::vector<Search> searches_;   // by row
-    std::vector<ListRun> listRuns_;  // by row
+    std::vector<Search> searches_;                     // by row
+    std::vector<ListRun> listRuns_;                    // by row
+    std::unordered_map<int, BracketSearch> brackets_;  // by row of a NESTED
 };
 
 }  // namespace kvl

@@ -1,6 +1,7 @@
 // The alternatives and repetitions of the input parser: ::CHOICE, ::PERMUTATION and ::LIST.
 
 #include <algorithm>
+#include <span>
 #include <unordered_map>
 
 #include "typeschema/FastParser.h"
@@ -15,30 +16,26 @@ constexpr std::size_t kWorthKeeping = 8;
 
 }  // namespace
 
-bool FastParser::ParseChoice(int row) {
-    const ParseRow& choice = program_[row];
+bool FastParser::ParseChoice(const ParseRow& row) {
     const int start = window_.cursor;
     ClearTextsInside(row);
-    if (row == 0) schema_.rootSpanEnd = start;
-    if (row + 1 == choice.end) return true;
-    for (int child = row + 1; child < choice.end; child = program_.Behind(child)) {
-        const ParseRow& alternative = program_[child];
-        const bool cannotBegin = alternative.silent && !choice.showsText && !window_.IsAtEnd() &&
-                                 alternative.first.Excludes(window_.At(start));
-        if (cannotBegin) continue;
-        const bool matched = Try(child, program_.Behind(child));
+    if (row.number == 0) schema_.rootSpanEnd = start;
+    if (row.Inside() == row.InsideEnd()) return true;
+    for (const ParseRow* child = row.Inside(); child < row.InsideEnd(); child = child->Behind()) {
+        if (child->silent && !row.showsText && child->first.Excludes(window_)) continue;
+        const bool matched = Try(child, child->Behind());
         CloseText(row, start, window_.cursor, matched);
         if (matched) return true;
         window_.cursor = start;
     }
-    return IsFailureExpected() ? false : ReportNoAlternative(schema_, row, window_);
+    return IsFailureExpected() ? false : ReportNoAlternative(schema_, row.number, window_);
 }
 
 // Depth first in the order of the declaration, which visits the orders as the rule of the next permutation does; an
 // order is given up at its first failing prefix, and a set of elements that failed behind a cursor is not tried there
 // again.
 struct FastParser::PermutationSearch {
-    std::vector<int> elements;  // rows
+    std::vector<const ParseRow*> elements;
     std::vector<bool> used;
     std::size_t matched = 0;
 
@@ -49,23 +46,21 @@ struct FastParser::PermutationSearch {
     std::unordered_multimap<int, Dead> dead;  // by cursor
 };
 
-bool FastParser::ParsePermutation(int row) {
-    const ParseRow& permutation = program_[row];
+bool FastParser::ParsePermutation(const ParseRow& row) {
     const int start = window_.cursor;
     SetText(row, start, start);
     ClearTextsInside(row);
-    if (row == 0) schema_.rootSpanEnd = start;
+    if (row.number == 0) schema_.rootSpanEnd = start;
     PermutationSearch search;
-    for (int child = row + 1; child < permutation.end; child = program_.Behind(child))
+    for (const ParseRow* child = row.Inside(); child < row.InsideEnd(); child = child->Behind())
         search.elements.push_back(child);
     if (search.elements.empty()) return true;
     search.used.assign(search.elements.size(), false);
 
     const Mark mark = Now();
-    const std::size_t shortcutsBefore = shortcuts_;
     ++expected_;
     bool matched = Permute(search);
-    if (matched && expected_ == 1 && shortcuts_ != shortcutsBefore) {
+    if (matched && expected_ == 1 && shortcuts_ != mark.shortcuts) {
         TakeBack(mark);
         window_.cursor = start;
         search.used.assign(search.elements.size(), false);
@@ -77,9 +72,9 @@ bool FastParser::ParsePermutation(int row) {
     --expected_;
     if (!matched) {
         window_.cursor = start;
-        return IsFailureExpected() ? false : ReportNoPermutation(schema_, row, window_);
+        return IsFailureExpected() ? false : ReportNoPermutation(schema_, row.number, window_);
     }
-    if (row == 0) schema_.rootSpanEnd = window_.cursor - 1;
+    if (row.number == 0) schema_.rootSpanEnd = window_.cursor - 1;
     if (!IsFailureExpected()) Commit();
     return true;
 }
@@ -91,14 +86,14 @@ bool FastParser::Permute(PermutationSearch& search) {
     for (auto known = first; known != last; ++known) {
         if (known->second.used != search.used) continue;
         for (const RowText& text : known->second.texts)
-            SetText(text.row, text.begin, text.end);
+            ShowText(text);
         return false;
     }
     const std::size_t textsBefore = MarkTexts();
     for (std::size_t i = 0; i < search.elements.size(); ++i) {
         if (search.used[i]) continue;
         const Mark mark = Now();
-        if (ParseElement(search.elements[i])) {
+        if (ParseElement(*search.elements[i])) {
             search.used[i] = true;
             ++search.matched;
             if (Permute(search)) return true;
@@ -113,9 +108,8 @@ bool FastParser::Permute(PermutationSearch& search) {
     return false;
 }
 
-bool FastParser::ParseList(int row) {
-    const ParseRow& list = program_[row];
-    ListRun& run = listRuns_[static_cast<std::size_t>(row)];
+bool FastParser::ParseList(const ParseRow& row) {
+    ListRun& run = listRuns_[static_cast<std::size_t>(row.number)];
     const bool inTrial = IsFailureExpected();
     if (inTrial && shortcutsAllowed_ && run.HasStart(window_.cursor, window_.end)) {
         window_.cursor = run.end;
@@ -124,38 +118,34 @@ bool FastParser::ParseList(int row) {
     }
     std::vector<int> starts;
     bool any = false;
-    while (ParseRepetition(row, starts, inTrial && list.insideSilent))
+    while (ParseRepetition(row, starts, inTrial && row.insideSilent))
         any = true;
     if (starts.size() >= kWorthKeeping) run = {std::move(starts), window_.cursor, window_.end};
-    if (row == 0) schema_.rootSpanEnd = window_.cursor;
+    if (row.number == 0) schema_.rootSpanEnd = window_.cursor;
     if (any) return true;
-    return inTrial ? false : ReportEmptyList(schema_, row, window_);
+    return inTrial ? false : ReportEmptyList(schema_, row.number, window_);
 }
 
 // One more element of the list. A repetition that consumes nothing ends it.
-bool FastParser::ParseRepetition(int row, std::vector<int>& starts, bool keepStart) {
-    const ParseRow& list = program_[row];
+bool FastParser::ParseRepetition(const ParseRow& row, std::vector<int>& starts, bool keepStart) {
     const int start = window_.cursor;
-    if (window_.IsAtEnd() || (list.insideSilent && list.insideFirst.Excludes(window_.At(start)))) return false;
-    const std::size_t firstCell = cells_.size();
-    if (!Try(row + 1, list.end) || window_.cursor == start) {
-        cells_.resize(firstCell);
+    if (window_.IsAtEnd() || (row.insideSilent && row.insideFirst.Excludes(window_))) return false;
+    const Mark mark = Now();
+    if (!Try(row.Inside(), row.InsideEnd()) || window_.cursor == start) {
+        cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(mark.cells), cells_.end());
         window_.cursor = start;
         return false;
     }
-    AddRecord(row, firstCell);
+    AddRecord(row, mark.cells);
     if (keepStart) starts.push_back(start);
     return true;
 }
 
-// The cells of the repetition become a record of the list, in the order of its columns.
-void FastParser::AddRecord(int row, std::size_t firstCell) {
-    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(firstCell);
-    std::sort(first, cells_.end(), [](const auto& a, const auto& b) { return a.column < b.column; });
-    CVariableKVLCategoryList& list = *program_[row].list;
-    list.AddParsedRecord(cells_, firstCell, false);
-    cells_.resize(firstCell);
-    if (IsFailureExpected()) added_.push_back(row);
+// The cells of the repetition become a record of the list.
+void FastParser::AddRecord(const ParseRow& row, std::size_t firstCell) {
+    row.list->AddParsedRecord(std::span(cells_).subspan(firstCell), false);
+    cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(firstCell), cells_.end());
+    if (IsFailureExpected()) added_.push_back(row.list);
 }
 
 bool FastParser::ListRun::HasStart(int position, int windowEndNow) const {

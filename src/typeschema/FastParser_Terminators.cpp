@@ -9,42 +9,58 @@
 
 namespace kvl {
 
-bool FastParser::ParseText(int row) {
-    const ParseRow& category = program_[row];
+bool FastParser::ParseText(const ParseRow& row) {
     const int start = window_.cursor;
-    if (row == 0) schema_.rootSpanEnd = start;
+    if (row.number == 0) schema_.rootSpanEnd = start;
     const Mark mark = Now();
     int textEnd = start;
-    if (row + 1 == category.end) {
+    if (row.Inside() == row.InsideEnd()) {
         textEnd = start + static_cast<int>(TrimInvisibleEnd(window_.Between(start, window_.end)).size());
         window_.cursor = textEnd;
     } else if (!FindTerminator(row, textEnd)) {
         window_.cursor = start;
-        return IsFailureExpected() ? false : ReportNoTerminator(schema_, row, window_);
+        return IsFailureExpected() ? false : ReportNoTerminator(schema_, row.number, window_);
     }
-    const bool isEmpty = TrimInvisible(window_.Between(start, textEnd)).empty();
-    if (category.kind == kElementDistance && isEmpty) {
+    if (row.kind == kElementDistance && window_.FirstVisibleFrom(start) >= textEnd) {
         TakeBack(mark);
         window_.cursor = start;
-        return IsFailureExpected() ? false : ReportEmptyDistance(schema_, row, window_);
+        return IsFailureExpected() ? false : ReportEmptyDistance(schema_, row.number, window_);
     }
     CloseText(row, start, textEnd, true);
     if (!IsFailureExpected()) Commit();
     return true;
 }
 
+// The same where nothing but one literal has to be found, for which no trial is needed.
+bool FastParser::ReadToBytes(const ParseRow& row) {
+    const int start = window_.cursor;
+    const ParseRow& terminator = *row.Inside();
+    const int found = FindLiteral(terminator, start);
+    const bool isEmpty = found >= 0 && window_.FirstVisibleFrom(start) >= found;
+    const bool matchesAtOnce = found == start || (isEmpty && terminator.kind == kElementWeakLiteral);
+    if (!matchesAtOnce && !window_.IsAtEnd()) SetText(row, start, start);
+    if (found < 0) return IsFailureExpected() ? false : ReportNoTerminator(schema_, row.number, window_);
+    if (row.kind == kElementDistance && isEmpty) {
+        return IsFailureExpected() ? false : ReportEmptyDistance(schema_, row.number, window_);
+    }
+    window_.cursor = found + terminator.jumpLength;
+    CloseText(row, start, found, true);
+    return true;
+}
+
 // The first place from the cursor on at which the terminator matches; the cursor stands behind it then.
-bool FastParser::FindTerminator(int row, int& here) {
+bool FastParser::FindTerminator(const ParseRow& row, int& here) {
     const Mark mark = Now();
-    const std::size_t shortcutsBefore = shortcuts_;
+    const Search& known = searches_[static_cast<std::size_t>(row.number)];
     ++expected_;
-    bool matched = Scan(row, here);
+    bool matched = row.insideSilent && known.Knows(window_.cursor, window_.end) ? ScanFromKnown(row, known, here)
+                                                                                : Scan(row, here);
     const bool outermost = expected_ == 1;
-    if (matched && outermost && shortcuts_ != shortcutsBefore) {
+    if (matched && outermost && shortcuts_ != mark.shortcuts) {
         TakeBack(mark);
         window_.cursor = here;
         shortcutsAllowed_ = false;
-        matched = ParseRange(row + 1, program_[row].end);
+        matched = ParseInside(row);
         shortcutsAllowed_ = true;
     }
     --expected_;
@@ -52,61 +68,75 @@ bool FastParser::FindTerminator(int row, int& here) {
     return matched;
 }
 
-bool FastParser::Scan(int row, int& here) {
-    const ParseRow& category = program_[row];
-    while (!window_.IsAtEnd()) {
-        int next = window_.cursor + 1;
-        if (!JumpToCandidate(row, next)) return false;
-        here = window_.cursor;
+bool FastParser::Scan(const ParseRow& row, int& here) {
+    Search search{window_.cursor, window_.cursor, -1, window_.end};
+    for (int next = window_.cursor;; window_.cursor = next) {
+        if (window_.IsAtEnd() || !JumpToCandidate(row, next)) {
+            search.last = window_.end;
+            break;
+        }
+        here = search.last = window_.cursor;
         const Mark mark = Now();
-        if (ParseRange(row + 1, category.end)) return true;
+        if (ParseInside(row)) {
+            search.at = here;
+            break;
+        }
         TakeBack(mark);
         SetText(row, here, here);
-        if (window_.IsAtEnd()) return false;
-        window_.cursor = next;
+        if (window_.IsAtEnd()) break;
     }
-    return false;
+    searches_[static_cast<std::size_t>(row.number)] = search;
+    return search.at >= 0;
+}
+
+// From here on an earlier search has come to what it came to.
+bool FastParser::ScanFromKnown(const ParseRow& row, const Search& known, int& here) {
+    const int start = window_.cursor;
+    if (known.at != start && !window_.IsAtEnd()) SetText(row, start, start);
+    if (known.at < 0) return false;
+    here = window_.cursor = known.at;
+    return ParseInside(row);
 }
 
 // Moves the cursor over places at which the terminator cannot begin. `next` is where to go on when the attempt there
-// fails: white space in front of a weak literal belongs to one and the same attempt. False at the end of the window.
-bool FastParser::JumpToCandidate(int row, int& next) {
-    const ParseRow& category = program_[row];
-    const ParseRow& first = program_[row + 1];
+// fails: white space that is skipped in front of the terminator belongs to one and the same attempt. False at the end
+// of the window.
+bool FastParser::JumpToCandidate(const ParseRow& row, int& next) {
+    const ParseRow& first = *row.Inside();
     const int start = window_.cursor;
+    next = start + 1;
     if (first.jumpLength > 0) {
-        const int found = FindLiteral(row + 1, start);
-        window_.cursor = found < 0 ? window_.end : found;
-        next = window_.cursor + 1;
-        while (found >= 0 && first.kind == kElementWeakLiteral && window_.cursor > start &&
-               IsInvisible(window_.At(window_.cursor - 1))) {
-            --window_.cursor;
+        const int found = FindLiteral(first, start);
+        const bool isInReach =
+            found >= 0 && first.kind == kElementWeakLiteral && window_.FirstVisibleFrom(start) >= found;
+        next = found < 0 ? window_.end : found + 1;
+        if (!isInReach) window_.cursor = found < 0 ? window_.end : found;
+    } else if (row.insideSilent && !row.insideFirst.readsOn && !row.insideFirst.canBeEmpty) {
+        while (!window_.IsAtEnd()) {
+            const int place = row.insideFirst.Place(window_);
+            next = place + 1;
+            if (place < window_.end && row.insideFirst.Has(window_.At(place))) break;
+            window_.cursor = std::min(next, window_.end);
         }
-    } else if (category.insideSilent && !category.insideFirst.readsOn) {
-        while (!window_.IsAtEnd() && category.insideFirst.Excludes(window_.At(window_.cursor)))
-            ++window_.cursor;
-        next = window_.cursor + 1;
     }
     if (window_.cursor != start) SetText(row, start, start);
     return !window_.IsAtEnd();
 }
 
-int FastParser::FindLiteral(int row, int from) {
-    Search& search = searches_[static_cast<std::size_t>(row)];
-    const bool known = search.windowEnd == window_.end && search.from >= 0 && search.from <= from &&
-                       (search.at < 0 || from <= search.at);
-    if (known) return search.at;
-    const ParseRow& literal = program_[row];
+int FastParser::FindLiteral(const ParseRow& literal, int from) {
+    Search& search = searches_[static_cast<std::size_t>(literal.number)];
+    if (search.Knows(from, window_.end)) return search.at;
     const std::string_view head =
-        std::string_view(literal.literal).substr(0, static_cast<std::size_t>(literal.jumpLength));
+        literal.isBytes ? literal.literal
+                        : std::string_view(literal.literal).substr(0, static_cast<std::size_t>(literal.jumpLength));
     int found = window_.Find(head, from);
-    while (found >= 0 && head.size() < literal.literal.size()) {
+    while (found >= 0 && !literal.isBytes) {
         InputWindow attempt = window_;
         attempt.cursor = found;
         if (MatchWeak(attempt, literal.literal, MatchPlace::Anchored).found) break;
         found = window_.Find(head, found + 1);
     }
-    search = {from, found, window_.end};
+    search = {from, found < 0 ? window_.end : found, found, window_.end};
     return found;
 }
 

@@ -14,13 +14,21 @@ std::bitset<256> InvisibleBytes() {
     return bytes;
 }
 
-template <class Fits>
-FirstBytes BehindWhiteSpace(Fits fits) {
-    static const std::bitset<256> kInvisible = InvisibleBytes();
+const std::bitset<256> kInvisible = InvisibleBytes();
+
+// What begins with white space.
+FirstBytes OfWhiteSpace() {
     FirstBytes first;
     first.bytes = kInvisible;
+    return first;
+}
+
+template <class Fits>
+FirstBytes BehindWhiteSpace(Fits fits) {
+    FirstBytes first;
+    first.behindWhiteSpace = true;
     for (unsigned i = 0; i < 256; ++i) {
-        if (fits(static_cast<char>(i))) first.bytes.set(i);
+        if (!kInvisible[i] && fits(static_cast<char>(i))) first.bytes.set(i);
     }
     return first;
 }
@@ -41,7 +49,7 @@ FirstBytes OfWord(Fits fits) {
 }
 
 FirstBytes FirstOfWeak(std::string_view literal) {
-    if (literal.empty() || IsInvisible(literal.front())) return BehindWhiteSpace([](char) { return false; });
+    if (literal.empty() || IsInvisible(literal.front())) return OfWhiteSpace();
     return BehindWhiteSpace([c = literal.front()](char other) { return other == c; });
 }
 
@@ -62,14 +70,42 @@ FirstBytes FirstOfLeaf(const ParseRow& row) {
         case kElementIdentifier:
             return OfWord(IsLetter);
         case kElementWhiteSpace:
-            return BehindWhiteSpace([](char) { return false; });
+            return OfWhiteSpace();
         default:
             return OfWord([](char) { return true; });
     }
 }
 
-bool IsLeafKind(int kind) {
-    return kind >= kElementStrictLiteral;
+FirstBytes FirstOfSequence(const ParseRow& category) {
+    FirstBytes first;
+    first.canBeEmpty = true;
+    for (const ParseRow* child = category.Inside(); child < category.InsideEnd(); child = child->Behind()) {
+        if (child == category.Inside()) {
+            first = child->first;
+        } else {
+            first.canBeEmpty = false;
+            first.Join(child->first);
+        }
+        if (!first.canBeEmpty) break;
+    }
+    return first;
+}
+
+FirstBytes FirstOfAny(const ParseRow& category) {
+    if (category.Inside() == category.InsideEnd()) return Anything();
+    FirstBytes first = category.Inside()->first;
+    for (const ParseRow* child = category.Inside()->Behind(); child < category.InsideEnd(); child = child->Behind())
+        first.Join(child->first);
+    return first;
+}
+
+// A line begins at the first visible byte, and an attempt leaves it behind whether it matches or not.
+FirstBytes FirstOfLine(const ParseRow& line) {
+    if (line.keepsWhiteSpace) return Anything();
+    FirstBytes first = line.insideFirst;
+    first.behindWhiteSpace = true;
+    first.readsOn = true;
+    return first;
 }
 
 }  // namespace
@@ -77,10 +113,13 @@ bool IsLeafKind(int kind) {
 ParseProgram::ParseProgram(const CTypeSchema& schema) : rows_(schema.elements.size()) {
     for (int row = 0; row < Size(); ++row)
         FillRow(schema, row);
+    for (ParseRow& row : rows_)
+        row.last = &(*this)[row.end];
     for (int row = Size(); row-- > 0;) {
         if (schema.elements[static_cast<std::size_t>(row)].mark == kMarkEnd) continue;
         FillSilence(row);
         FillFirst(row);
+        FillTerminator(rows_[static_cast<std::size_t>(row)]);
     }
 }
 
@@ -88,6 +127,7 @@ void ParseProgram::FillRow(const CTypeSchema& schema, int row) {
     CVariable* variable = schema.elements[static_cast<std::size_t>(row)].variable;
     ParseRow& filled = rows_[static_cast<std::size_t>(row)];
     filled.variable = variable;
+    filled.number = row;
     filled.end = row;
     if (schema.elements[static_cast<std::size_t>(row)].mark == kMarkEnd) return;
     filled.kind = variable->elementKind;
@@ -118,13 +158,14 @@ void ParseProgram::FillLiteral(ParseRow& row) const {
             ++row.jumpLength;
         }
     }
+    row.isBytes = !row.literal.empty() && row.jumpLength == static_cast<int>(row.literal.size());
 }
 
 // Rows further down are done already.
 void ParseProgram::FillSilence(int row) {
     ParseRow& filled = rows_[static_cast<std::size_t>(row)];
     filled.insideSilent = true;
-    if (!IsLeafKind(filled.kind)) {
+    if (!filled.IsLeaf()) {
         for (int child = row + 1; child < filled.end; child = Behind(child)) {
             filled.insideSilent = filled.insideSilent && (*this)[child].silent;
         }
@@ -134,11 +175,11 @@ void ParseProgram::FillSilence(int row) {
 
 void ParseProgram::FillFirst(int row) {
     ParseRow& filled = rows_[static_cast<std::size_t>(row)];
-    if (IsLeafKind(filled.kind)) {
+    if (filled.IsLeaf()) {
         filled.first = FirstOfLeaf(filled);
         return;
     }
-    filled.insideFirst = FirstOfSequence(row + 1, filled.end);
+    filled.insideFirst = FirstOfSequence(filled);
     switch (filled.kind) {
         case kElementSequence:
         case kElementRecursion:
@@ -155,36 +196,33 @@ void ParseProgram::FillFirst(int row) {
             break;
         case kElementChoice:
         case kElementPermutation:
-            filled.first = FirstOfAny(row + 1, filled.end);
+            filled.first = FirstOfAny(filled);
             break;
         case kElementNested:
             filled.first = FirstOfWeak(BareLiteralText((*this)[row + 1].variable->GetText()));
+            break;
+        case kElementLine:
+            filled.first = FirstOfLine(filled);
             break;
         default:
             filled.first = Anything();
     }
 }
 
-FirstBytes ParseProgram::FirstOfSequence(int from, int to) const {
-    FirstBytes first;
-    for (int child = from; child < to; child = Behind(child)) {
-        first.bytes |= (*this)[child].first.bytes;
-        first.readsOn = first.readsOn || (*this)[child].first.readsOn;
-        if (!(*this)[child].first.canBeEmpty) return first;
-    }
-    first.canBeEmpty = true;
-    return first;
+void ParseProgram::FillTerminator(ParseRow& row) const {
+    const bool isText = row.kind == kElementDistance || row.kind == kElementStream;
+    row.endsAtBytes = row.number > 0 && isText && row.Inside()->isBytes && row.Inside()->Behind() == row.InsideEnd();
+    row.isPlain = row.IsLeaf() || row.endsAtBytes;
 }
 
-FirstBytes ParseProgram::FirstOfAny(int from, int to) const {
-    FirstBytes first;
-    bool any = false;
-    for (int child = from; child < to; child = Behind(child)) {
-        first.bytes |= (*this)[child].first.bytes;
-        first.canBeEmpty = first.canBeEmpty || (*this)[child].first.canBeEmpty;
-        any = true;
+void FirstBytes::Join(FirstBytes other) {
+    if (behindWhiteSpace != other.behindWhiteSpace) {
+        (behindWhiteSpace ? *this : other).bytes |= kInvisible;
+        behindWhiteSpace = false;
     }
-    return any ? first : Anything();
+    bytes |= other.bytes;
+    canBeEmpty = canBeEmpty || other.canBeEmpty;
+    readsOn = readsOn || other.readsOn;
 }
 
 }  // namespace kvl

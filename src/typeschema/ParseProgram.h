@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "typeschema/CTypeSchema.h"
+#include "typeschema/WeakMatch.h"
 
 namespace kvl {
 
@@ -17,43 +18,72 @@ struct FirstBytes {
     bool canBeEmpty = false;
     // Does an attempt that fails at its first byte read on behind it? Then it may end at the end of the input.
     bool readsOn = false;
+    // Is white space in front skipped, so that `bytes` tells of the first visible byte?
+    bool behindWhiteSpace = false;
 
-    // Must an attempt at this byte fail?
-    bool Excludes(char c) const { return !canBeEmpty && !bytes[static_cast<unsigned char>(c)]; }
+    bool Has(char c) const { return bytes[static_cast<unsigned char>(c)]; }
+    // Where the byte stands that decides for an attempt at the cursor; the window's end if there is none.
+    int Place(const InputWindow& window) const {
+        return behindWhiteSpace ? window.FirstVisibleFrom(window.cursor) : window.cursor;
+    }
+    // Must an attempt at the cursor fail at its first byte?
+    bool Excludes(const InputWindow& window) const {
+        if (canBeEmpty) return false;
+        const int place = Place(window);
+        return place < window.end && !Has(window.At(place));
+    }
+    // Afterwards an element that begins with any byte of the two.
+    void Join(FirstBytes other);
 };
 
+// One row; the rows of a table lie behind each other, those inside of a category between it and its end row.
 struct ParseRow {
-    int kind = kElementNone;  // ElementKind
-    int end = 0;              // end row of a category; the row itself else
-    CVariable* variable = nullptr;
-    CVariableKVLCategoryList* list = nullptr;  // of a LIST row
-    int column = -1;                           // of a labelled column, in its list
+    int kind = kElementNone;         // ElementKind
+    int number = 0;                  // of the row in its table
+    int end = 0;                     // end row of a category; the row itself else
+    const ParseRow* last = nullptr;  // row number `end`
+    int column = -1;                 // of a labelled column, in its list
     bool showsText = false;  // labelled and no column: a script sees the last text that was set, by a failed trial too
     bool silent = false;     // no row from here to `end` shows its text
     bool insideSilent = false;     // no row between the two shows its text
     bool keepsWhiteSpace = false;  // of a LINE: its first elementary element is a WHITESPACE
-    std::string literal;           // prepared text of a literal; empty when it cannot be matched
+    bool isBytes = false;          // of a literal: it has no white space in which the input may differ
+    bool endsAtBytes = false;      // of a DISTANCE or STREAM that is not the root: its terminator is one such literal
+    bool isPlain = false;          // read without a trial: a leaf, or such a text
     int jumpLength = 0;            // of a literal that a search can jump to: bytes in front of its first white space
-    FirstBytes first;              // of the element
-    FirstBytes insideFirst;        // of the elements of a category, as a sequence
+    std::string literal;           // prepared text of a literal; empty when it cannot be matched
+    CVariable* variable = nullptr;
+    CVariableKVLCategoryList* list = nullptr;  // of a LIST row
+    FirstBytes first;                          // of the element
+    FirstBytes insideFirst;                    // of the elements of a category, as a sequence
+
+    bool IsLeaf() const { return kind >= kElementStrictLiteral; }
+    bool IsLiteral() const { return kind == kElementStrictLiteral || kind == kElementWeakLiteral; }
+    // The rows inside of a category, and the row behind the element.
+    const ParseRow* Inside() const { return this + 1; }
+    const ParseRow* InsideEnd() const { return last; }
+    const ParseRow* Behind() const { return last + 1; }
 };
 
 class ParseProgram {
 public:
     explicit ParseProgram(const CTypeSchema& schema);
+    ParseProgram(const ParseProgram&) = delete;  // its rows point to each other
+    ParseProgram& operator=(const ParseProgram&) = delete;
 
     const ParseRow& operator[](int row) const { return rows_[static_cast<std::size_t>(row)]; }
     int Size() const { return static_cast<int>(rows_.size()); }
     // The row behind an element.
     int Behind(int row) const { return (*this)[row].end + 1; }
+    const ParseRow* Begin() const { return rows_.data(); }
+    const ParseRow* End() const { return rows_.data() + rows_.size(); }
 
 private:
     void FillRow(const CTypeSchema& schema, int row);
     void FillLiteral(ParseRow& row) const;
     void FillSilence(int row);
     void FillFirst(int row);
-    FirstBytes FirstOfSequence(int from, int to) const;
-    FirstBytes FirstOfAny(int from, int to) const;
+    void FillTerminator(ParseRow& row) const;
 
     std::vector<ParseRow> rows_;
 };

@@ -28,6 +28,7 @@ PlainParser::PlainParser(CTypeSchema& schema) : schema_(schema), program_(schema
     window_.text = schema.input.GetText();
     window_.end = schema.input.GetLength();
     window_.cursor = schema.input.GetCursor();
+    window_.runs = &runs_;
     for (int row = 0; row < program_.Size(); ++row) {
         if (program_[row].list) program_[row].list->KeepInput(schema.input.SharedText());
     }
@@ -101,9 +102,11 @@ bool PlainParser::ParseLiteral(int row) {
 bool PlainParser::ParseElementary(int row, Pass pass) {
     const ParseRow& element = program_[row];
     if (element.kind == kElementString || element.kind == kElementWhiteSpace) SetText(row, {});
-    const Token token = ReadElement(window_, element.kind);
+    const char* const input = window_.text.data();
+    const Token token = ReadElement(runs_, input + window_.cursor, input + window_.end, element.kind);
+    window_.cursor = static_cast<int>(token.stop - input);
     if (!token.accepted) return IsFailureExpected() ? false : ReportElement(schema_, row, window_);
-    const std::string_view text = window_.Between(token.begin, token.end);
+    const std::string_view text = token.Text();
     SetText(row, text);
     StoreValue(row, text, pass);
     return true;
@@ -181,29 +184,13 @@ bool PlainParser::ParseNested(int row, Pass pass) {
         return IsFailureExpected() ? false : ReportNestedElements(schema_, row, window_);
     }
     const int contentStart = window_.cursor;
-    int contentEnd = contentStart;
-    for (int depth = 1; depth > 0;) {
-        InputWindow beginSearch = window_;
-        InputWindow endSearch = window_;
-        LiteralMatch nextBegin = MatchWeak(beginSearch, begin, MatchPlace::Anywhere);
-        // Of blanks alone a begin literal is found in nothing, too: that would open brackets for ever.
-        nextBegin.found = nextBegin.found && nextBegin.end > window_.cursor;
-        const LiteralMatch nextEnd = MatchWeak(endSearch, end, MatchPlace::Anywhere);
-        if (!nextBegin.found && !nextEnd.found) {
-            window_.cursor = endSearch.cursor;
-            if (IsFailureExpected()) return false;
-            return ReportNoEndLiteral(schema_, row, window_, LineOfCursor(behindBegin));
-        }
-        bool isBegin = nextBegin.found;
-        if (nextBegin.found && nextEnd.found) {
-            isBegin = nextBegin.start == nextEnd.start ? nextBegin.end < nextEnd.end : nextBegin.start < nextEnd.start;
-        }
-        depth += isBegin ? 1 : -1;
-        window_.cursor = isBegin ? nextBegin.end : nextEnd.end;
-        contentEnd = nextEnd.start;
+    const BracketSearch::Closing closing = brackets_.try_emplace(row, begin, end).first->second.Find(window_);
+    window_.cursor = closing.cursor;
+    if (!closing.found) {
+        return IsFailureExpected() ? false : ReportNoEndLiteral(schema_, row, window_, LineOfCursor(behindBegin));
     }
     if (row == 0) schema_.rootSpanEnd = window_.cursor - 1;
-    const std::string_view text = TrimInvisible(window_.Between(contentStart, contentEnd));
+    const std::string_view text = TrimInvisible(window_.Between(contentStart, closing.start));
     SetText(row, text);
     StoreValue(row, text, pass);
     return true;

@@ -3,9 +3,11 @@
 // recover, so that the trace shows each step. Exponential in the depth of such categories; when the log closes itself
 // the parse is abandoned and begun again by the fast parser, which comes to the same result.
 
+#include <map>
 #include <string>
 #include <vector>
 
+#include "typeschema/BracketSearch.h"
 #include "typeschema/CTypeSchema.h"
 #include "typeschema/ParseProgram.h"
 #include "typeschema/WeakMatch.h"
@@ -65,10 +67,12 @@ private:
 
     CTypeSchema& schema_;
     ParseProgram program_;
+    ByteRuns runs_;
     InputWindow window_;
     int expected_ = 0;
     bool abandoned_ = false;
     std::vector<std::string_view> pending_;  // by the row of a column
+    std::map<int, BracketSearch> brackets_;  // by the row of a NESTED
 };
 
 }  // namespace kvl

@@ -166,14 +166,14 @@ void PlainParser::ClearPendingCells(const CVariableKVLCategoryList& list) {
 }
 
 void PlainParser::AddRecord(CVariableKVLCategoryList& list, bool provisional) {
-    std::vector<CVariableKVLCategoryList::ParsedCell> cells;
+    std::vector<Cell> cells;
     const std::vector<CVariable*>& columns = list.Columns();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const std::string_view text = pending_[static_cast<std::size_t>(columns[i]->firstElement)];
         if (!columns[i]->IsList() && !text.empty()) cells.push_back({static_cast<int>(i), text});
     }
     const RecordPath key = list.GetNewKey();
-    list.AddParsedRecord(cells, 0, provisional);
+    list.AddParsedRecord(cells, provisional);
     TraceAddedRecord(list, key, list.Records().At(list.Records().Before(list.Records().End())));
     abandoned_ = abandoned_ || !LogIsOpen();
     ClearPendingCells(list);

@@ -1,9 +1,19 @@
 #pragma once
 // The window of text that the input parser reads, and how literals are found in it.
 
+#include <cstring>
 #include <string_view>
 
+#include "typeschema/ByteRuns.h"
+
 namespace kvl {
+
+// Do the bytes between two places begin with `bytes` (one at least)?
+inline bool StartsWith(const char* at, const char* end, std::string_view bytes) {
+    const std::size_t length = bytes.size();
+    if (static_cast<std::size_t>(end - at) < length || *at != bytes.front()) return false;
+    return length == 1 || std::memcmp(at, bytes.data(), length) == 0;
+}
 
 // Positions count from the start of the whole input; the window is the input or the line of a ::LINE.
 struct InputWindow {
@@ -11,16 +21,25 @@ struct InputWindow {
     int begin = 0;
     int end = 0;
     int cursor = 0;
+    ByteRuns* runs = nullptr;  // not owned; of the parser
 
     bool IsAtEnd() const { return cursor >= end; }
     char At(int position) const { return text[static_cast<std::size_t>(position)]; }
     // The byte at the cursor, which moves on; 0 and no move at the end.
     char GetChar() { return IsAtEnd() ? '\0' : At(cursor++); }
     std::string_view Between(int first, int behind) const {
-        return first < behind ? text.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(behind - first))
+        return first < behind ? std::string_view(text.data() + first, static_cast<std::size_t>(behind - first))
                               : std::string_view();
     }
-    void SkipInvisible();
+    // The first visible byte from a position on; the window's end if there is none.
+    int FirstVisibleFrom(int position) const {
+        if (position >= end) return end;
+        const char* const visible = runs->EndOf<ByteRun::Invisible>(text.data() + position, text.data() + end);
+        return static_cast<int>(visible - text.data());
+    }
+    void SkipInvisible() {
+        if (!IsAtEnd()) cursor = FirstVisibleFrom(cursor);
+    }
     // Where `what` begins at or behind `from` within the window; -1 if nowhere.
     int Find(std::string_view what, int from) const;
 };

@@ -89,12 +89,9 @@ public:
     // --- the input parser's operations ---
     // The input that parsed cells are places in; kept alive as long as records may look into it.
     void KeepInput(std::shared_ptr<const std::string> input) { input_ = std::move(input); }
-    // Adds the record that is complete now, under GetNewKey. `cells` are in order of their columns.
-    struct ParsedCell {
-        int column;
-        std::string_view place;
-    };
-    void AddParsedRecord(const std::vector<ParsedCell>& cells, std::size_t from, bool provisional);
+    // Adds the record that is complete now, under GetNewKey. `cells` are places in the input, in order of their
+    // columns.
+    void AddParsedRecord(std::span<const Cell> cells, bool provisional);
     // Takes back the last record added by AddParsedRecord.
     void TakeBackParsedRecord();
     int parseCount = 0;
@@ -110,6 +107,18 @@ private:
 
     // Must come before any change of the set of records: running loops then hold copies.
     void DetachCursors();
+    // A nested record whose parent record does not exist: as a loop that builds the parent list makes them before the
+    // parent is appended. They are below nothing and stay where they are when lists are emptied or reordered.
+    struct Stray {
+        CVariableKVLCategoryList* list;
+        RecordPath path;
+        Record record;  // owns its texts
+    };
+    // Takes the strays under `parentKey` out of the nested lists of all levels.
+    void TakeStrays(PathView parentKey, std::vector<Stray>& strays);
+    void TakeOwnStrays(PathView parentKey, std::vector<Stray>& strays);
+    static void PutBack(std::vector<Stray>& strays);
+    void RemoveWithNested(PathView parentKey);
     Cell* ArenaCells(std::size_t count);
 
     std::vector<CVariable*> columns_;                                     // not owned

@@ -36,16 +36,17 @@ std::string TraceHead(std::string_view verb, PathView key, bool provisional, std
 
 }  // namespace
 
-void CVariableKVLCategoryList::AddParsedRecord(const std::vector<ParsedCell>& cells, std::size_t from,
-                                               bool provisional) {
-    const std::size_t count = cells.size() - from;
-    Cell* place = count ? ArenaCells(count) : nullptr;
-    for (std::size_t i = 0; i < count; ++i) {
-        Record::MakePlace(place[i], cells[from + i].column, cells[from + i].place);
-    }
-    Record record = Record::OverArena(place, static_cast<std::uint32_t>(count));
-    record.SetProvisional(provisional);
-    records_.Append(GetNewKey(), std::move(record));
+void CVariableKVLCategoryList::AddParsedRecord(std::span<const Cell> cells, bool provisional) {
+    Cell* place = cells.empty() ? nullptr : ArenaCells(cells.size());
+    std::copy(cells.begin(), cells.end(), place);
+    if (cells.size() > Record::kFewCells) Record::SortByColumn(place, static_cast<std::uint32_t>(cells.size()));
+    const auto number = static_cast<int>(records_.Size());
+    const std::span<int> key = records_.AppendOver(place, static_cast<std::uint32_t>(cells.size()), provisional,
+                                                   static_cast<std::size_t>(GetDepth()));
+    key.back() = number;
+    const CVariableKVLCategoryList* parent = parentList;
+    for (std::size_t level = key.size() - 1; level-- > 0; parent = parent->parentList)
+        key[level] = static_cast<int>(parent->records_.Size());
 }
 
 void CVariableKVLCategoryList::TakeBackParsedRecord() {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <utility>
 
 namespace kvl {
 
@@ -25,23 +24,15 @@ std::string_view Cell::Text() const {
     return {};
 }
 
-Record::Record(Record&& other) noexcept
-    : cells_(std::exchange(other.cells_, nullptr)), count_(std::exchange(other.count_, 0)) {
-    capacity_ = other.capacity_;
-    provisional_ = other.provisional_;
-    partial_ = other.partial_;
-    other.capacity_ = 0;
-}
-
 Record& Record::operator=(Record&& other) noexcept {
     if (this == &other) return *this;
     Release();
-    cells_ = std::exchange(other.cells_, nullptr);
-    count_ = std::exchange(other.count_, 0);
+    cells_ = other.cells_;
+    count_ = other.count_;
     capacity_ = other.capacity_;
     provisional_ = other.provisional_;
     partial_ = other.partial_;
-    other.capacity_ = 0;
+    other.Forget();
     return *this;
 }
 
@@ -58,6 +49,7 @@ Record Record::Copy() const {
         SetCell(cell, cells_[i].Text());
         copy.count_ = i + 1;
     }
+    SortByColumn(copy.cells_, copy.count_);
     return copy;
 }
 
@@ -76,30 +68,15 @@ void Record::Set(int column, std::string_view text) {
         if (text.empty() && !partial_) return;
         cell = InsertCell(column);
     } else if (capacity_ == 0) {
-        const std::ptrdiff_t index = cell - cells_;
         Own(count_);
-        cell = cells_ + index;
+        cell = Find(column);
     }
     SetCell(*cell, text);
 }
 
-Record Record::OverArena(Cell* cells, std::uint32_t count) {
-    Record record;
-    record.cells_ = cells;
-    record.count_ = count;
-    return record;
-}
-
-void Record::MakePlace(Cell& cell, int column, std::string_view place) {
-    cell.column_ = static_cast<std::uint32_t>(column) & 0x3FFFFFFFU;
-    cell.kind_ = Cell::kPlace;
-    cell.place_ = place.data();
-    cell.length_ = static_cast<std::uint32_t>(place.size());
-}
-
 Cell* Record::Find(int column) const {
     const auto wanted = static_cast<std::uint32_t>(column);
-    if (count_ > 16) {
+    if (count_ > kFewCells) {
         Cell* cell = std::lower_bound(cells_, cells_ + count_, wanted,
                                       [](const Cell& c, std::uint32_t value) { return c.column_ < value; });
         return cell != cells_ + count_ && cell->column_ == wanted ? cell : nullptr;
@@ -124,11 +101,15 @@ Cell* Record::InsertCell(int column) {
     return &cell;
 }
 
-// Moves the cells into memory of the record's own; owned texts go along.
+// Moves the cells into memory of the record's own, where they stand in order; owned texts go along.
 void Record::Own(std::uint32_t capacity) {
     Cell* cells = std::allocator<Cell>().allocate(capacity);
     std::copy(cells_, cells_ + count_, cells);
-    if (capacity_ != 0) std::allocator<Cell>().deallocate(cells_, capacity_);
+    if (capacity_ != 0) {
+        std::allocator<Cell>().deallocate(cells_, capacity_);
+    } else {
+        SortByColumn(cells, count_);
+    }
     cells_ = cells;
     capacity_ = capacity & 0x1FFFFFFFU;
 }
@@ -139,6 +120,10 @@ void Record::Release() {
         FreeText(cells_[i]);
     std::allocator<Cell>().deallocate(cells_, capacity_);
     capacity_ = 0;
+}
+
+void Record::SortByColumn(Cell* cells, std::uint32_t count) {
+    std::sort(cells, cells + count, [](const Cell& a, const Cell& b) { return a.column_ < b.column_; });
 }
 
 void Record::SetCell(Cell& cell, std::string_view text) {

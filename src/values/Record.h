@@ -13,6 +13,14 @@ namespace kvl {
 
 class Cell {
 public:
+    Cell() = default;
+    // A place in memory that outlives the cell.
+    Cell(int column, std::string_view place)
+        : place_(place.data()),
+          length_(static_cast<std::uint32_t>(place.size())),
+          column_(static_cast<std::uint32_t>(column) & 0x3FFFFFFFU),
+          kind_(kPlace) {}
+
     std::string_view Text() const;
     int Column() const { return static_cast<int>(column_); }
 
@@ -33,8 +41,19 @@ private:
 class Record {
 public:
     Record() = default;
-    ~Record() { Release(); }
-    Record(Record&& other) noexcept;
+    // Shows `count` cells that live in memory of the record's list; more than kFewCells are in order of their columns.
+    Record(Cell* cells, std::uint32_t count) : cells_(cells), count_(count) {}
+    ~Record() {
+        if (capacity_ != 0) Release();
+    }
+    Record(Record&& other) noexcept
+        : cells_(other.cells_),
+          count_(other.count_),
+          capacity_(other.capacity_),
+          provisional_(other.provisional_),
+          partial_(other.partial_) {
+        other.Forget();
+    }
     Record& operator=(Record&& other) noexcept;
     Record(const Record&) = delete;
     Record& operator=(const Record&) = delete;
@@ -55,18 +74,21 @@ public:
     void SetProvisional(bool provisional) { provisional_ = provisional; }
 
     std::size_t StoredCells() const { return count_; }
-    const Cell& StoredCell(std::size_t i) const { return cells_[i]; }
 
-    // For the input parser: the record shows `count` cells, in order of their columns, that live in memory of the list
-    // and were made by MakePlace.
-    static Record OverArena(Cell* cells, std::uint32_t count);
-    static void MakePlace(Cell& cell, int column, std::string_view place);
+    // So few are looked through, in whatever order they stand.
+    static constexpr std::uint32_t kFewCells = 16;
+    static void SortByColumn(Cell* cells, std::uint32_t count);
 
 private:
     Cell* Find(int column) const;
     Cell* InsertCell(int column);
     void Own(std::uint32_t capacity);
     void Release();
+    void Forget() {
+        cells_ = nullptr;
+        count_ = 0;
+        capacity_ = 0;
+    }
     static void SetCell(Cell& cell, std::string_view text);
     static void FreeText(Cell& cell);
 

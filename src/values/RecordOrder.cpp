@@ -62,7 +62,10 @@ public:
     // For each, `target` gives the numbers that the smallest numbers of its subtree become.
     template <class Target>
     void Arrange(const std::vector<std::size_t>& order, Target target) {
+        std::vector<CVariableKVLCategoryList::Stray> strays;
+        list_.TakeStrays(parentKey_, strays);
         TakeOut(list_);
+        CVariableKVLCategoryList::PutBack(strays);
         FindSubtrees();
         for (std::size_t place = 0; place < order.size(); ++place) {
             const std::size_t old = order[place];
@@ -94,7 +97,6 @@ private:
     }
 
     // Children of one record are neighbours, and the neighbours of all lists stand in the order of the scope: one walk.
-    // What hangs below no record of the scope stands in no range, and goes.
     void FindSubtrees() {
         const std::vector<RecordStore::Entry>& scope = taken_.front().entries;
         for (Taken& taken : taken_) {

@@ -58,7 +58,16 @@ PathView RecordStore::LastPath() const {
 }
 
 Record& RecordStore::Append(PathView path, Record&& record) {
-    return At(InsertAt(End(), path, std::move(record)));
+    Chunk& chunk = ChunkToAppendTo(path.size());
+    chunk.paths.insert(chunk.paths.end(), path.begin(), path.end());
+    return chunk.records.emplace_back(std::move(record));
+}
+
+std::span<int> RecordStore::AppendOver(Cell* cells, std::uint32_t count, bool provisional, std::size_t length) {
+    Chunk& chunk = ChunkToAppendTo(length);
+    chunk.records.emplace_back(cells, count).SetProvisional(provisional);
+    chunk.paths.resize(chunk.paths.size() + length);
+    return std::span(chunk.paths).last(length);
 }
 
 Record& RecordStore::Insert(PathView path, Record&& record, bool& inserted) {
@@ -109,6 +118,16 @@ void RecordStore::Clear() {
     size_ = 0;
 }
 
+// The last chunk with room for one record more, which the caller adds.
+RecordStore::Chunk& RecordStore::ChunkToAppendTo(std::size_t length) {
+    if (size_ == 0) stride_ = length;
+    if (chunks_.empty() || chunks_.back()->records.size() >= kChunkRecords) {
+        chunks_.push_back(std::make_unique<Chunk>());
+    }
+    ++size_;
+    return *chunks_.back();
+}
+
 // The first position whose path is not `below`; the paths below come first.
 template <class Below>
 RecordStore::Position RecordStore::Search(Below below) const {
@@ -130,13 +149,11 @@ RecordStore::Position RecordStore::Search(Below below) const {
 }
 
 RecordStore::Position RecordStore::InsertAt(Position position, PathView path, Record&& record) {
-    if (size_ == 0) stride_ = path.size();
     if (position == End()) {
-        if (chunks_.empty() || chunks_.back()->records.size() >= kChunkRecords) {
-            chunks_.push_back(std::make_unique<Chunk>());
-        }
-        position = {chunks_.size() - 1, chunks_.back()->records.size()};
-    } else if (chunks_[position.chunk]->records.size() >= kChunkRecords) {
+        Append(path, std::move(record));
+        return {chunks_.size() - 1, chunks_.back()->records.size() - 1};
+    }
+    if (chunks_[position.chunk]->records.size() >= kChunkRecords) {
         Chunk& full = *chunks_[position.chunk];
         auto upper = std::make_unique<Chunk>();
         constexpr std::size_t kHalf = kChunkRecords / 2;

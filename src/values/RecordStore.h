@@ -40,6 +40,8 @@ public:
 
     // Adds a record behind all others; its path is greater than theirs.
     Record& Append(PathView path, Record&& record);
+    // The same for a record over cells that its list holds, with a path of `length` numbers, which the caller fills in.
+    std::span<int> AppendOver(Cell* cells, std::uint32_t count, bool provisional, std::size_t length);
     // Adds a record in its place. An existing path keeps its record (`inserted` false).
     Record& Insert(PathView path, Record&& record, bool& inserted);
     void Erase(Position first, Position last);
@@ -62,6 +64,7 @@ private:
     PathView PathIn(const Chunk& chunk, std::size_t index) const {
         return {chunk.paths.data() + index * stride_, stride_};
     }
+    Chunk& ChunkToAppendTo(std::size_t length);
     template <class Below>
     Position Search(Below below) const;
     Position InsertAt(Position position, PathView path, Record&& record);

@@ -58,10 +58,8 @@ TEST(RecordStoreTest, BehavesAsAnOrderedMap) {
 TEST(RecordTest, KeepsItsCellsThroughEveryKindOfText) {
     const std::string longText(100, 'x');
     const std::string input = "a place in the input";
-    Cell cells[2];
-    Record::MakePlace(cells[0], 1, input);
-    Record::MakePlace(cells[1], 3, std::string_view(input).substr(2, 5));
-    Record record = Record::OverArena(cells, 2);
+    Cell cells[2] = {{1, input}, {3, std::string_view(input).substr(2, 5)}};
+    Record record(cells, 2);
     EXPECT_EQ(record.Get(3), "place");
     record.Set(3, "short");
     record.Set(0, longText);
