@@ -114,9 +114,10 @@ bool FastParser::JumpToCandidate(const ParseRow& row, int& next) {
     } else if (row.insideSilent && !row.insideFirst.readsOn && !row.insideFirst.canBeEmpty) {
         while (!window_.IsAtEnd()) {
             const int place = row.insideFirst.Place(window_);
-            next = place + 1;
-            if (place < window_.end && row.insideFirst.Has(window_.At(place))) break;
-            window_.cursor = std::min(next, window_.end);
+            const bool isBlankRest = place >= window_.end;  // in which a LINE matches
+            next = isBlankRest ? window_.cursor + 1 : place + 1;
+            if (isBlankRest || row.insideFirst.Has(window_.At(place))) break;
+            window_.cursor = next;
         }
     }
     if (window_.cursor != start) SetText(row, start, start);
