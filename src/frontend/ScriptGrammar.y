@@ -2,6 +2,11 @@
 // production fills a field of the command under construction, and the closing dollar appends it. Blocks are paired
 // afterwards, so $BEGIN ...$ and $END ...$ are commands like any other.
 
+%code top {
+// The generator calls this type alike in every grammar, and the program has two.
+#define yysymbol_kind_t scriptsymbol_kind_t
+}
+
 %code requires {
 #include <string_view>
 

@@ -13,6 +13,11 @@
 %expect 0
 %param {kvl::TypeCompiler& compiler}
 
+%code top {
+// The generator calls this type alike in every grammar, and the program has two.
+#define yysymbol_kind_t typesymbol_kind_t
+}
+
 %code requires {
 #include "frontend/TypeCompiler.h"
 }
@@ -52,7 +57,7 @@ type_section:
   ;
 
 type_list:
-    type_list type_declaration                        { compiler.AddDeclaration(); }
+    type_list type_declaration                        { if (!compiler.AddDeclaration()) YYABORT; }
   | %empty
   ;
 
@@ -86,7 +91,7 @@ category:
 
 element_list:
     %empty                                            { compiler.OpenCategory(); }
-  | element_list element                              { compiler.AddElement(); }
+  | element_list element                              { if (!compiler.AddElement()) YYABORT; }
   ;
 
 element:
