@@ -9,7 +9,7 @@ namespace kvl {
 
 namespace {
 
-constexpr std::size_t kArenaCells = 4096;
+constexpr std::size_t kArenaCells = std::size_t{1} << 17;  // 2 MiB
 constexpr char kHexDigits[] = "0123456789ABCDEF";
 
 std::string HexText(std::string_view text) {
