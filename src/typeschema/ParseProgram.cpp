@@ -99,9 +99,9 @@ FirstBytes FirstOfAny(const ParseRow& category) {
     return first;
 }
 
-// A line begins at the first visible byte, and an attempt leaves it behind whether it matches or not.
+// A line begins at the first visible byte, and an attempt leaves all of it behind, even where its elements match nothing.
 FirstBytes FirstOfLine(const ParseRow& line) {
-    if (line.keepsWhiteSpace) return Anything();
+    if (line.keepsWhiteSpace || line.insideFirst.canBeEmpty) return Anything();
     FirstBytes first = line.insideFirst;
     first.behindWhiteSpace = true;
     first.readsOn = true;
