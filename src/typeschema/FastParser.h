@@ -73,6 +73,7 @@ private:
     bool ParseLine(const ParseRow& row);
     bool ParseNested(const ParseRow& row);
     bool ParseChoice(const ParseRow& row);
+    const ParseRow* NextAlternative(const ParseRow& choice, const ParseRow* row) const;
     bool ParsePermutation(const ParseRow& row);
     bool ParseList(const ParseRow& row);
     bool ParseText(const ParseRow& row);  // ::DISTANCE and ::STREAM

@@ -21,14 +21,33 @@ bool FastParser::ParseChoice(const ParseRow& row) {
     ClearTextsInside(row);
     if (row.number == 0) schema_.rootSpanEnd = start;
     if (row.Inside() == row.InsideEnd()) return true;
-    for (const ParseRow* child = row.Inside(); child < row.InsideEnd(); child = child->Behind()) {
-        if (child->silent && !row.showsText && child->first.Excludes(window_)) continue;
+    const ParseRow* child = NextAlternative(row, row.Inside());
+    for (; child != nullptr; child = NextAlternative(row, child->Behind())) {
         const bool matched = Try(child, child->Behind());
         CloseText(row, start, window_.cursor, matched);
         if (matched) return true;
         window_.cursor = start;
     }
     return IsFailureExpected() ? false : ReportNoAlternative(schema_, row.number, window_);
+}
+
+// The first alternative from a row on that may begin at the cursor; null if there is none. Those of a choice inside
+// that keeps nothing itself are walked through as if they stood here.
+const ParseRow* FastParser::NextAlternative(const ParseRow& choice, const ParseRow* row) const {
+    while (row < choice.InsideEnd()) {
+        if (row->kind == kElementNone) {
+            ++row;  // the end of a choice that was walked through
+        } else if (choice.showsText || !row->silent) {
+            return row;
+        } else if (row->first.Excludes(window_)) {
+            row = row->Behind();
+        } else if (row->isMereChoice) {
+            row = row->Inside();
+        } else {
+            return row;
+        }
+    }
+    return nullptr;
 }
 
 // Depth first in the order of the declaration, which visits the orders as the rule of the next permutation does; an

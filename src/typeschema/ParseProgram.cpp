@@ -99,7 +99,8 @@ FirstBytes FirstOfAny(const ParseRow& category) {
     return first;
 }
 
-// A line begins at the first visible byte, and an attempt leaves all of it behind, even where its elements match nothing.
+// A line begins at the first visible byte, and an attempt leaves all of it behind, even where its elements match
+// nothing.
 FirstBytes FirstOfLine(const ParseRow& line) {
     if (line.keepsWhiteSpace || line.insideFirst.canBeEmpty) return Anything();
     FirstBytes first = line.insideFirst;
@@ -119,7 +120,7 @@ ParseProgram::ParseProgram(const CTypeSchema& schema) : rows_(schema.elements.si
         if (schema.elements[static_cast<std::size_t>(row)].mark == kMarkEnd) continue;
         FillSilence(row);
         FillFirst(row);
-        FillTerminator(rows_[static_cast<std::size_t>(row)]);
+        FillShape(rows_[static_cast<std::size_t>(row)]);
     }
 }
 
@@ -209,10 +210,11 @@ void ParseProgram::FillFirst(int row) {
     }
 }
 
-void ParseProgram::FillTerminator(ParseRow& row) const {
+void ParseProgram::FillShape(ParseRow& row) {
     const bool isText = row.kind == kElementDistance || row.kind == kElementStream;
     row.endsAtBytes = row.number > 0 && isText && row.Inside()->isBytes && row.Inside()->Behind() == row.InsideEnd();
     row.isPlain = row.IsLeaf() || row.endsAtBytes;
+    row.isMereChoice = row.kind == kElementChoice && row.silent && row.column < 0 && row.Inside() != row.InsideEnd();
 }
 
 void FirstBytes::Join(FirstBytes other) {

@@ -50,6 +50,7 @@ struct ParseRow {
     bool isBytes = false;          // of a literal: it has no white space in which the input may differ
     bool endsAtBytes = false;      // of a DISTANCE or STREAM that is not the root: its terminator is one such literal
     bool isPlain = false;          // read without a trial: a leaf, or such a text
+    bool isMereChoice = false;     // a CHOICE of one alternative at least that keeps no text
     int jumpLength = 0;            // of a literal that a search can jump to: bytes in front of its first white space
     std::string literal;           // prepared text of a literal; empty when it cannot be matched
     CVariable* variable = nullptr;
@@ -83,7 +84,7 @@ private:
     void FillLiteral(ParseRow& row) const;
     void FillSilence(int row);
     void FillFirst(int row);
-    void FillTerminator(ParseRow& row) const;
+    static void FillShape(ParseRow& row);
 
     std::vector<ParseRow> rows_;
 };
