@@ -1,5 +1,5 @@
-// Feeds a fuzz target with the files of folders, as an ordinary test without a fuzzing engine. Arguments: files and folders,
-// which are searched whole; with "suffix=.type" only files of that suffix count.
+// Feeds a fuzz target with the files of folders, as an ordinary test without a fuzzing engine. Arguments: files and
+// folders, which are searched whole; with "suffix=.type" only files of that suffix count.
 
 #include <cstdint>
 #include <cstdio>

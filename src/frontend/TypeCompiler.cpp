@@ -60,18 +60,18 @@ bool TypeCompiler::CheckVersions(const TypeValue& header, const TypeValue& foote
 // The root of a declared type has no element name of its own, so the last one read must not stick to it.
 TypeValue TypeCompiler::BeginDeclaration(const TypeValue& name) {
     elementName_ = {};
+    declaration_.name = name.text;
     return Here(name);
 }
 
 void TypeCompiler::EndDeclaration(const TypeValue& name) {
-    declaration_.name = name.text;
     declaration_.line = name.line;
     Place(name, declaration_.position, declaration_.positionText);
 }
 
-void TypeCompiler::AddDeclaration() {
-    schema_.AddDeclaredType(declaration_);
-    declaration_ = DeclaredType();
+bool TypeCompiler::AddDeclaration() {
+    schema_.AddDeclaredType(std::exchange(declaration_, DeclaredType()));
+    return CountItem();
 }
 
 TypeValue TypeCompiler::ReadCategory(const TypeValue& word, TypeId category) {
@@ -89,10 +89,11 @@ void TypeCompiler::OpenCategory() {
     Place(category_, category.typePosition, category.typeText);
 }
 
-void TypeCompiler::AddElement() {
+bool TypeCompiler::AddElement() {
     item_.line = scanner_.LineNumber();
     openCategories_.back().children.push_back(std::move(item_));
     item_ = TypeItem();
+    return CountItem();
 }
 
 void TypeCompiler::EndRootCategory(const TypeValue& category) {
@@ -190,6 +191,14 @@ void TypeCompiler::EndUnnamedElement() {
 
 TypeValue TypeCompiler::Here(const TypeValue& token) const {
     return {token.text, scanner_.CharacterCount(), scanner_.LineNumber()};
+}
+
+// A source of more items than a type may have rows is given up where it passes the limit, so that refusing it costs no
+// more than the largest type does.
+bool TypeCompiler::CountItem() {
+    if (++itemCount_ <= kMostElements) return true;
+    const std::string& mainType = schema_.declaredTypes.empty() ? declaration_.name : schema_.declaredTypes[0].name;
+    return scanner_.Report("Type " + mainType + " grows beyond " + std::to_string(kMostElements) + " elements. ");
 }
 
 void TypeCompiler::TakeQualifier() {

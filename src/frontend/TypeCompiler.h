@@ -40,11 +40,11 @@ public:
 
     TypeValue BeginDeclaration(const TypeValue& name);
     void EndDeclaration(const TypeValue& name);
-    void AddDeclaration();
+    [[nodiscard]] bool AddDeclaration();
 
     TypeValue ReadCategory(const TypeValue& word, TypeId category);
     void OpenCategory();
-    void AddElement();
+    [[nodiscard]] bool AddElement();
     void EndRootCategory(const TypeValue& category);
     void EndNestedCategory();
 
@@ -67,6 +67,7 @@ public:
 
 private:
     TypeValue Here(const TypeValue& token) const;
+    [[nodiscard]] bool CountItem();
     void TakeQualifier();
     void TakePlaceholder();
     void TakeTypePlace();
@@ -77,6 +78,7 @@ private:
     DeclaredType declaration_;
     TypeItem item_;                         // the element being read
     std::vector<TypeItem> openCategories_;  // the innermost at the end
+    std::size_t itemCount_ = 0;             // of the whole source
 
     std::string_view elementName_;
     TypeValue literal_;

@@ -20,14 +20,16 @@ const LiteralMatch& LiteralSearch::From(const InputWindow& window) {
     return match_;
 }
 
-// A search that comes to a place of the last one goes on like that; between the places there is no start. A literal
-// that begins with white space is looked for no further than at the cursor.
+// A search that comes to a failed start of the last one, or to its match, goes on like that. A literal that begins with
+// white space is looked for no further than at the cursor.
 bool LiteralSearch::IsKnown(const InputWindow& window) const {
     if (window.end != windowEnd_ || window.cursor < from_ || IsInvisible(literal_.front())) return false;
     if (match_.found && window.cursor > match_.start) return false;
     const auto next = std::lower_bound(failedStarts_.begin(), failedStarts_.end(), window.cursor,
                                        [](const FailedStart& failed, int place) { return failed.start < place; });
-    return next == failedStarts_.begin() || std::prev(next)->ended <= window.cursor;
+    if (next == failedStarts_.begin()) return true;
+    // What the start in front of the cursor has read may hide another one.
+    return window.Between(window.cursor, std::prev(next)->ended).find(literal_.front()) == std::string_view::npos;
 }
 
 void LiteralSearch::Search(InputWindow window) {

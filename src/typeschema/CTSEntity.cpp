@@ -29,7 +29,7 @@ MessageContext CTSEntity::GetMessageContext(int line) const {
     MessageContext context;
     context.entityName = GetDisplayPath();
     context.lineNumber = line;
-    context.lineText = GetSourceLine(line);
+    if (line != -1) context.linePath = names->sourcePath;
     context.entityKind = entityKind;
     return context;
 }

@@ -62,7 +62,8 @@ struct TextPlace {
 // Where the cursor stands; at or behind the end: on the last byte.
 TextPlace LocateCursor(const CTSString& input);
 TextPlace LocateCursor(std::string_view text, int cursor);
-// The place of the last occurrence of `token` in the text up to and including `offset`, else of `offset` itself.
+// The place of the last occurrence of `token` in the text up to and including `offset`, else of `offset` itself. As the
+// scanners count, `offset` is one in the folded text and `token` is folded; the place is shown in the text as it is.
 TextPlace LocateToken(std::string_view text, int offset, std::string_view token);
 // The same in the file at `sourcePath`. False if the file cannot be read. Without a path: line 1, column 1.
 [[nodiscard]] bool LocateInSource(const std::string& sourcePath, int offset, std::string_view token, TextPlace& place);

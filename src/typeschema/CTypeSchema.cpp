@@ -1,5 +1,6 @@
 #include "typeschema/CTypeSchema.h"
 
+#include "text/ProcessState.h"
 #include "typeschema/DeclarationCompiler.h"
 #include "typeschema/ElementTableBuilder.h"
 
@@ -16,6 +17,7 @@ bool CTypeSchema::CompileDeclaration(const KnownTypes& knownTypes, std::string& 
 
 bool CTypeSchema::BuildElementTable() {
     ClearElements();
+    elementTableId = ++Process().elementTables;
     return ElementTableBuilder(*this).Build();
 }
 

@@ -2,6 +2,7 @@
 // A declared type, or an instance of it that holds parsed input. A type is compiled to one flat table of elements, each
 // a variable that is at once a node of the grammar and the slot of the value read for it.
 
+#include <cstdint>
 #include <list>
 #include <map>
 #include <memory>
@@ -16,8 +17,10 @@
 
 namespace kvl {
 
-constexpr std::size_t kMostElements = 1000000;  // rows of a compiled type
-constexpr int kDeepestElement = 10000;          // nested categories
+constexpr std::size_t kMostElements = 1000000;       // rows of a compiled type
+constexpr int kDeepestElement = 10000;               // nested categories
+constexpr std::int64_t kMostLabelBytes = 500000000;  // of all labels, which hold the names of all that is around them
+constexpr std::size_t kLongestDump = 268435456;      // bytes, after which the dump of a table ends
 
 struct SubtypeTrees;
 
@@ -36,7 +39,7 @@ public:
     ~CTypeSchema() override;
 
     // --- declaration ---
-    void AddDeclaredType(const DeclaredType& declared) { declaredTypes.push_back(declared); }
+    void AddDeclaredType(DeclaredType declared) { declaredTypes.push_back(std::move(declared)); }
     // Judges the declared types and builds the element table; `name` is the main type's name. Reports its first fault.
     [[nodiscard]] bool CompileDeclaration(const KnownTypes& knownTypes, std::string& name);
     [[nodiscard]] bool BuildElementTable();
@@ -74,6 +77,7 @@ public:
     void DumpDeclaration() const;  // to the console
 
     std::vector<ElementEntry> elements;
+    unsigned long elementTableId = 0;  // tells these elements from those of every other table of the run; 0: none yet
     CTSString input;
     int rootSpanEnd = -1;  // spanEnd of the root after a parse
     std::string mainTypeName;

@@ -102,7 +102,9 @@ std::string CTypeSchema::ElementsText() const {
     if (!names->name.empty()) text.append("Type Schema ").append(LastPart(names->name));
     text += '\n';
     const std::size_t width = std::to_string(elements.size()).size();
+    // A row is as long as it stands deep, so that deep types of many rows would not end.
     for (std::size_t i = 0; i < elements.size(); ++i) {
+        if (text.size() > kLongestDump) return text + "...\n";
         const std::string index = std::to_string(i);
         text.append(width - index.size(), ' ').append(index);
         AppendRow(text, elements[i]);

@@ -2,6 +2,7 @@
 // The subtypes of a compiled type. A use of a subtype stands for a copy of its tree; the trees are kept once and
 // followed where the element table is built, so that only the table itself grows with the uses.
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -10,10 +11,12 @@
 
 namespace kvl {
 
-// How much of the element table a tree takes. Both numbers stop one above their limits.
+// How much of the element table a tree takes. All numbers stop one above their limits.
 struct TypeExtent {
     int rows = 0;
-    int depth = 0;  // nested categories
+    int depth = 0;                // nested categories
+    std::int64_t labels = 0;      // elements that have one
+    std::int64_t labelBytes = 0;  // of all labels, from the names of the tree alone
 };
 
 // A use that closes a circle of types is followed once, as a category of its own, and is a plain element inside that.

@@ -32,6 +32,9 @@ std::string ListTypeName(const CVariable& list, const std::vector<ElementEntry>&
 
 bool ElementTableBuilder::Build() {
     if (schema_.declaredTypes.empty()) return false;
+    TypeItem& root = schema_.declaredTypes.front().root;
+    if (schema_.isInstance) root.elementName = schema_.instanceName;
+    root.subtypeName = schema_.names->name;
     return CheckExtent() && BuildRows() && LinkColumns();
 }
 
@@ -44,6 +47,8 @@ bool ElementTableBuilder::CheckExtent() {
         reason += " grows beyond " + std::to_string(kMostElements) + " elements. ";
     } else if (extent.depth > kDeepestElement) {
         reason += " is nested deeper than " + std::to_string(kDeepestElement) + ". ";
+    } else if (extent.labelBytes > kMostLabelBytes) {
+        reason += " grows beyond " + std::to_string(kMostLabelBytes) + " bytes of labels. ";
     } else {
         schema_.elements.reserve(rows);
         return true;
@@ -56,10 +61,7 @@ bool ElementTableBuilder::CheckExtent() {
 // --- rows ---
 
 bool ElementTableBuilder::BuildRows() {
-    TypeItem& root = schema_.declaredTypes.front().root;
-    if (schema_.isInstance) root.elementName = schema_.instanceName;
-    root.subtypeName = schema_.names->name;
-    if (!BuildElement(root)) return false;
+    if (!BuildElement(schema_.declaredTypes.front().root)) return false;
     while (!open_.empty()) {
         OpenCategory& open = open_.back();
         if (open.nextChild == open.shape.children->size()) {

@@ -3,9 +3,32 @@
 #include <algorithm>
 
 #include "messages/FileReports.h"
+#include "text/Utf8.h"
 #include "typeschema/CTSEntity.h"
 
 namespace kvl {
+namespace {
+
+constexpr std::string_view kLeadBytes = "\xC2\xC3";  // of the letters that folding shortens to one byte
+
+int PlaceOfToken(std::string_view text, int offset, std::string_view token) {
+    const std::string_view searched = text.substr(0, offset < 0 ? 0 : static_cast<std::size_t>(offset) + 1);
+    const std::size_t found = token.empty() ? std::string_view::npos : searched.rfind(token);
+    return found == std::string_view::npos ? offset : static_cast<int>(found);
+}
+
+// Where the letter stands in `text` that stands at `place` in the folded text.
+int Unfolded(std::string_view text, int place) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (kLeadBytes.find(text[i]) != std::string_view::npos) continue;
+        if (place-- <= 0) return static_cast<int>(start);
+        start = i + 1;
+    }
+    return static_cast<int>(text.size());
+}
+
+}  // namespace
 
 TextPlace LocateCursor(const CTSString& input) {
     return LocateCursor(input.GetText(), input.GetCursor());
@@ -32,9 +55,9 @@ TextPlace LocateCursor(std::string_view text, int cursor) {
 }
 
 TextPlace LocateToken(std::string_view text, int offset, std::string_view token) {
-    const std::string_view searched = text.substr(0, offset < 0 ? 0 : static_cast<std::size_t>(offset) + 1);
-    const std::size_t found = token.empty() ? std::string_view::npos : searched.rfind(token);
-    return LocateCursor(text, found == std::string_view::npos ? offset : static_cast<int>(found));
+    bool isUtf8 = text.find_first_of(kLeadBytes) != std::string_view::npos;
+    if (!isUtf8) return LocateCursor(text, PlaceOfToken(text, offset, token));
+    return LocateCursor(text, Unfolded(text, PlaceOfToken(FoldUtf8(text, isUtf8), offset, token)));
 }
 
 bool LocateInSource(const std::string& sourcePath, int offset, std::string_view token, TextPlace& place) {

@@ -3,6 +3,12 @@
 #include "messages/FileReports.h"
 
 namespace kvl {
+namespace {
+
+// Bytes of a line that is shown as a whole. Each doubled or unused type has a message, and all may stand on one line.
+constexpr std::size_t kLongestLine = 4096;
+
+}  // namespace
 
 TypeContext TypeSource::PlaceOf(const TypeItem& item) {
     if (item.literalPosition != -1) return At(item.literalPosition, item.literalText, item.line);
@@ -30,7 +36,7 @@ TypeContext TypeSource::AtLine(int line) {
     TypeContext context;
     context.entityName = entity_.GetDisplayPath();
     context.lineNumber = line;
-    context.lineText = LineText(line);
+    context.lineText = LineText(line).substr(0, kLongestLine);
     return context;
 }
 

@@ -6,81 +6,20 @@
 namespace kvl {
 namespace {
 
-struct RefusalRow {
-    const char* name;
-    std::string source;
-    const char* expected;  // message line:column |line|mark|
-};
+std::string NamesOf(const CTypeSchema& schema) {
+    const EntityNames& names = *schema.names;
+    return names.name + " " + names.sourcePath + " " + names.sourceFile + " " + names.sourceStream + " " +
+           names.sourceDirectory;
+}
 
-class TypeRefusalTest : public TypeFrontEndTest, public testing::WithParamInterface<RefusalRow> {};
+class TypeFaultTest : public TypeFrontEndTest, public testing::WithParamInterface<TextCase> {};
+KVL_INSTANTIATE_CASES(TypeFaultTest, "frontend/TypeFaults.cases");
 
-TEST_P(TypeRefusalTest, IsReportedOnceAtItsPlace) {
-    EXPECT_EQ(ParseFile(GetParam().source), nullptr);
-    EXPECT_EQ(LastMessage(), GetParam().expected);
+TEST_P(TypeFaultTest, IsReportedOnceAtItsPlace) {
+    EXPECT_EQ(ParseFile(BytesOf(GetParam().Line("source"))), nullptr);
+    ExpectSection(GetParam(), "fault", Written(LastMessage()));
     EXPECT_EQ(Process().errorCount, 1);
 }
-
-std::string Versions(const std::string& header, const std::string& footer) {
-    return "$BEGIN KVL VERSION=" + header + "$\n$TYPE$\n$END KVL VERSION=" + footer + "$ ";
-}
-
-// Without a mark the column is that of the last byte fetched, counted from 1.
-const RefusalRow kRefusalRows[] = {
-    {"NothingButBlanks", " \n", "ERR_DECL_TYPE_SYNTAX_1 2:0 ||^|"},
-    {"NoHeader", "\t$TYPE$", "ERR_DECL_TYPE_SYNTAX_1 1:6 |\t$TYPE$|\t     ^|"},
-    {"NoSection", std::string(kTypeHeader) + "$END KVL VERSION=\"1.0.0\"$",
-     "ERR_DECL_TYPE_SYNTAX_1 2:2 |$END KVL VERSION=\"1.0.0\"$|  ^|"},
-    {"TwoSections", std::string(kTypeHeader) + "$TYPE$\n$TYPE$", "ERR_DECL_TYPE_SYNTAX_1 3:5 |$TYPE$|     ^|"},
-    {"NoFooter", std::string(kTypeHeader) + "$TYPE$", "ERR_DECL_TYPE_SYNTAX_1 2:6 |$TYPE$|      ^|"},
-    {"TextBehindTheFooter", TypeFile("") + "\nx ", "ERR_DECL_TYPE_SYNTAX_1 4:2 |x |  ^|"},
-    {"SectionBehindTheFooter", TypeFile("") + "$TYPE",
-     "ERR_DECL_TYPE_SYNTAX_1 3:30 |$END KVL VERSION=\"1.0.0\"$$TYPE|"
-     "                              ^|"},
-    {"WeakVersion", Versions("'1.0.0'", "\"1.0.0\""),
-     "ERR_DECL_TYPE_SYNTAX_1 1:27 |$BEGIN KVL VERSION='1.0.0'$|                           ^|"},
-    {"BodyIsNoCategory", TypeFile("::A=::STRING"),
-     "ERR_DECL_TYPE_SYNTAX_1 2:18 |$TYPE::A=::STRING$|                  ^|"},
-    {"NoName", TypeFile("::=::LIST{}"), "ERR_DECL_TYPE_SYNTAX_1 2:8 |$TYPE::=::LIST{}$|        ^|"},
-    {"WordAsName", TypeFile("::LIST=::LIST{}"), "ERR_DECL_TYPE_SYNTAX_1 2:12 |$TYPE::LIST=::LIST{}$|            ^|"},
-    {"Separator", TypeFile("::A=::LIST{};"), "ERR_DECL_TYPE_SYNTAX_1 2:18 |$TYPE::A=::LIST{};$|                  ^|"},
-    {"CategoryNotClosed", TypeFile("::A=::LIST{"), "ERR_DECL_TYPE_SYNTAX_1 3:0 |$END KVL VERSION=\"1.0.0\"$|^|"},
-    {"NoTypeMark", TypeFile("::A=::LIST{A STRING}"),
-     "ERR_DECL_TYPE_SYNTAX_1 2:25 |$TYPE::A=::LIST{A STRING}$|                         ^|"},
-    {"Number", TypeFile("::A=::LIST{1}"), "ERR_DECL_TYPE_SYNTAX_1 2:17 |$TYPE::A=::LIST{1}$|                 ^|"},
-    {"Umlaut", TypeFile("::A=::LIST{\xE4}"),
-     "ERR_DECL_TYPE_SYNTAX_1 2:18 |$TYPE::A=::LIST{\xE4}$|                  ^|"},
-    {"KeywordWithoutLiteral", TypeFile("::A=::LIST{<<A>>}"),
-     "ERR_DECL_TYPE_SYNTAX_1 2:20 |$TYPE::A=::LIST{<<A>>}$|                    ^|"},
-    {"QualifiedTypeWord", TypeFile("::A=::LIST{::KVL:LIST}"),
-     "ERR_DECL_TYPE_SYNTAX_1 2:23 |$TYPE::A=::LIST{::KVL:LIST}$|                       ^|"},
-    {"TwoQualifiers", TypeFile("::A=::LIST{::A:B:C}"),
-     "ERR_DECL_TYPE_SYNTAX_1 2:23 |$TYPE::A=::LIST{::A:B:C}$|                       ^|"},
-    {"LineCommentWithoutLineEnd", TypeFile("") + "//x",
-     "ERR_DECL_TYPE_SYNTAX_1 3:28 |$END KVL VERSION=\"1.0.0\"$//x|"
-     "                            ^|"},
-
-    {"StrictLiteralNotClosed", std::string(kTypeHeader) + "$TYPE\n  \"a\nb\"\"",
-     "ERR_DECL_TYPE_LIT_2 3:3 |  \"a|   ^|"},
-    {"WeakLiteralNotClosed", TypeFile("::A=::LIST{\n\t'a''\n\n"), "ERR_DECL_TYPE_LIT_1 3:2 |\t'a''|\t ^|"},
-    {"BlockCommentNotClosed", TypeFile("\n /* a"), "ERR_DECL_TYPE_COMM_1 3:3 | /* a$|   ^|"},
-    {"DollarCommentNotClosed", std::string(kTypeHeader) + "$/* a\n*/ ", "ERR_DECL_PATTERN_COMM_1 3:3 |*/ |   ^|"},
-    {"LiteralInTheHeaderNotClosed", "$BEGIN KVL VERSION=\"1.0.0$",
-     "ERR_DECL_TYPE_LIT_2 1:20 |$BEGIN KVL VERSION=\"1.0.0$|"
-     "                    ^|"},
-
-    {"BothVersionsWrong", Versions("\"1.0.1\"", "\"1.0.1\""),
-     "ERR_DECL_TYPE_HEADER_9 1:-1 |$BEGIN KVL VERSION=\"1.0.1\"$|^|"},
-    {"HeaderVersionWrong", Versions("\"1.0.1\"", "\"1.0.0\""),
-     "ERR_DECL_TYPE_HEADER_9 1:-1 |$BEGIN KVL VERSION=\"1.0.1\"$|^|"},
-    {"FooterVersionWrong", Versions("\"1.0.0\"", "\"1.0\""),
-     "ERR_DECL_TYPE_HEADER_9 3:-1 |$END KVL VERSION=\"1.0\"$ |^|"},
-    {"EmptyVersion", Versions("\"\"", "\"\""), "ERR_DECL_TYPE_HEADER_9 1:-1 |$BEGIN KVL VERSION=\"\"$|^|"},
-    {"VersionIsJudgedBeforeWhatFollows", Versions("\"1.0.1\"", "\"1.0.1\"") + "x",
-     "ERR_DECL_TYPE_HEADER_9 1:-1 |$BEGIN KVL VERSION=\"1.0.1\"$|^|"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Rows, TypeRefusalTest, testing::ValuesIn(kRefusalRows),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(TypeFrontEndTest, NameBeyondTheBufferIsFatal) {
     EXPECT_EQ(ParseFile(TypeFile("::" + std::string(1049216, 'A'))), nullptr);
@@ -106,27 +45,16 @@ TEST_F(TypeFrontEndTest, StreamIsNamedAndHasNoColumns) {
 
 // --- the entry points ---
 
-TEST_F(TypeFrontEndTest, FileGivesItsNames) {
+TEST_F(TypeFrontEndTest, SourceGivesItsNames) {
     outside_.memory.Put("types\\person.type.txt", TypeFile("::PERSON=::LIST{}"));
-    const auto schema = ParseTypeFile(kEntityType, "types\\person.type.txt");
-    ASSERT_NE(schema, nullptr);
-    EXPECT_EQ(schema->entityKind, kEntityType);
-    EXPECT_EQ(schema->names->name, "person.type.txt");
-    EXPECT_EQ(schema->names->sourcePath, "types\\person.type.txt");
-    EXPECT_EQ(schema->names->sourceFile, "person.type.txt");
-    EXPECT_EQ(schema->names->sourceStream, "");
-    EXPECT_EQ(schema->names->sourceDirectory, "types/");
-    ASSERT_EQ(schema->declaredTypes.size(), 1u);
-    EXPECT_TRUE(schema->elements.empty());
-}
-
-TEST_F(TypeFrontEndTest, StreamGivesItsNames) {
-    const auto schema = ParseStream(TypeFile("::PERSON=::LIST{}"));
-    ASSERT_NE(schema, nullptr);
-    EXPECT_EQ(schema->entityKind, kEntityType);
-    EXPECT_EQ(schema->names->sourceStream, "S:TYPE");
-    EXPECT_EQ(schema->names->sourcePath, "");
-    EXPECT_EQ(schema->names->sourceFile, "");
+    const auto file = ParseTypeFile(kEntityType, "types\\person.type.txt");
+    ASSERT_NE(file, nullptr);
+    EXPECT_EQ(file->entityKind, kEntityType);
+    EXPECT_EQ(NamesOf(*file), "person.type.txt types\\person.type.txt person.type.txt  types/");
+    EXPECT_TRUE(file->elements.empty());
+    const auto stream = ParseStream(TypeFile("::PERSON=::LIST{}"));
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(NamesOf(*stream), "S:TYPE   S:TYPE S:TYPE");
 }
 
 TEST_F(TypeFrontEndTest, Utf8StreamIsFoldedInPlace) {
@@ -148,12 +76,6 @@ TEST_F(TypeFrontEndTest, CommentsMayStandEverywhere) {
               nullptr);
 }
 
-TEST_F(TypeFrontEndTest, EmptyFile) {
-    EXPECT_EQ(ParseFile(""), nullptr);
-    EXPECT_TRUE(ConsoleText().starts_with("\nERROR: ERR_EXEC_SCRIPT_FILE_8\n")) << ConsoleText();
-    EXPECT_EQ(Process().errorCount, 1);
-}
-
 struct UnreadableRow {
     const char* name;
     const char* path;
@@ -165,6 +87,7 @@ class UnreadableTypeTest : public TypeFrontEndTest, public testing::WithParamInt
 
 TEST_P(UnreadableTypeTest, IsReported) {
     outside_.memory.Put("person.txt", TypeFile(""));
+    outside_.memory.Put("empty.txt", "");
     outside_.memory.PutDirectory("types");
     if (GetParam().error != 0) outside_.files.FailAt(FileOperation::ReadWhole, 1, GetParam().error);
     EXPECT_EQ(ParseTypeFile(kEntityType, GetParam().path), nullptr);
@@ -175,37 +98,25 @@ TEST_P(UnreadableTypeTest, IsReported) {
 constexpr UnreadableRow kUnreadableRows[] = {
     {"Missing", "nobody.txt", 0, "ERR_EXEC_SCRIPT_FILE_1"},
     {"Directory", "types", 0, "ERR_EXEC_SCRIPT_FILE_1"},
+    {"Empty", "empty.txt", 0, "ERR_EXEC_SCRIPT_FILE_8"},
     {"NotAllowed", "person.txt", EACCES, "ERR_EXEC_SCRIPT_FILE_1"},
     {"TooLarge", "person.txt", EFBIG, "ERR_EXEC_SCRIPT_FILE_11"},
 };
-
 INSTANTIATE_TEST_SUITE_P(Rows, UnreadableTypeTest, testing::ValuesIn(kUnreadableRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-struct CallerRow {
-    const char* name;
-    int entityKind;
-    const char* expected;
-};
-
-class EmptyTypeStreamTest : public TypeFrontEndTest, public testing::WithParamInterface<CallerRow> {};
-
-TEST_P(EmptyTypeStreamTest, IsAMissingHeaderOfTheCaller) {
-    MessageContext caller;
-    caller.entityName = "caller";
-    caller.lineNumber = 7;
-    caller.lineText = "$T ::KVL:TYPE = S$";
-    caller.entityKind = GetParam().entityKind;
-    std::string text;
-    EXPECT_EQ(ParseTypeStream(kEntityType, "S", text, caller), nullptr);
-    EXPECT_EQ(LastMessage(), std::string(GetParam().expected) + " 7:-1 |$T ::KVL:TYPE = S$|^|");
+TEST_F(TypeFrontEndTest, EmptyStreamIsAMissingHeaderOfTheCaller) {
+    for (const int kind : {kEntityMainScript, kEntityMacroScript, kEntityMacroPattern}) {
+        MessageContext caller;
+        caller.lineNumber = 7;
+        caller.lineText = "$T ::KVL:TYPE = S$";
+        caller.entityKind = kind;
+        std::string text;
+        EXPECT_EQ(ParseTypeStream(kEntityType, "S", text, caller), nullptr);
+        EXPECT_EQ(LastMessage(), std::string("ERR_DECL_") + (IsScriptKind(kind) ? "SCRIPT" : "PATTERN") +
+                                     "_HEADER_1 7:-1 |$T ::KVL:TYPE = S$|^|");
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, EmptyTypeStreamTest,
-                         testing::Values(CallerRow{"MainScript", kEntityMainScript, "ERR_DECL_SCRIPT_HEADER_1"},
-                                         CallerRow{"Script", kEntityMacroScript, "ERR_DECL_SCRIPT_HEADER_1"},
-                                         CallerRow{"Pattern", kEntityMacroPattern, "ERR_DECL_PATTERN_HEADER_1"}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 // --- any bytes ---
 

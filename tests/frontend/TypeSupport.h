@@ -9,10 +9,17 @@
 #include <string_view>
 
 #include "frontend/TypeFrontEnd.h"
+#include "support/CaseFile.h"
 #include "support/TestPlatform.h"
+#include "support/WrittenBytes.h"
 #include "text/ProcessState.h"
 
 namespace kvl {
+
+class NoTypes final : public KnownTypes {
+public:
+    const CTypeSchema* FindLoadedType(std::string_view) const override { return nullptr; }
+};
 
 class TypeFrontEndTest : public testing::Test {
 protected:

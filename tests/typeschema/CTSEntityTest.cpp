@@ -10,17 +10,11 @@ namespace {
 
 class Entity final : public CTSEntity {};
 
-TEST(CTSEntityTest, BeginsAsUnknownInNoLine) {
-    const Entity entity;
-    EXPECT_EQ(entity.entityKind, kEntityUnknown);
-    EXPECT_EQ(entity.currentLine, -1);
-    EXPECT_EQ(entity.SourceName(), "");
-    EXPECT_FALSE(entity.IsScript());
-}
-
-TEST(CTSEntityTest, FileNamesItsSource) {
+TEST(CTSEntityTest, SourceNamesTheEntity) {
     ResetProcessState();
     Entity entity;
+    EXPECT_EQ(entity.entityKind, kEntityUnknown);
+    EXPECT_EQ(entity.currentLine, -1);
     entity.SetSourceStream("SRC:TEXT");
     entity.SetSourceFile("/work\\sub/main.kvl");
     EXPECT_EQ(entity.names->sourceFile, "main.kvl");
@@ -28,20 +22,11 @@ TEST(CTSEntityTest, FileNamesItsSource) {
     EXPECT_EQ(entity.names->sourceStream, "");
     EXPECT_EQ(entity.GetDisplayPath(), "/work/sub/main.kvl");
     EXPECT_EQ(entity.SourceName(), "main.kvl");
-}
-
-TEST(CTSEntityTest, StreamNamesItsSource) {
-    Entity entity;
-    entity.SetSourceFile("/work/main.kvl");
     entity.SetSourceStream("SRC:TEXT");
     EXPECT_EQ(entity.names->sourcePath, "");
     EXPECT_EQ(entity.names->sourceDirectory, "SRC:TEXT");
     EXPECT_EQ(entity.GetDisplayPath(), "SRC:TEXT");
     EXPECT_EQ(entity.SourceName(), "SRC:TEXT");
-}
-
-TEST(CTSEntityTest, AbsoluteDisplayNameIsCutToItsFile) {
-    Entity entity;
     entity.SetSourceStream("/work/sub/a.txt");
     EXPECT_EQ(entity.SourceName(), "a.txt");
 }
@@ -62,7 +47,8 @@ TEST_P(SourceLineTest, IsTheTextOfTheLine) {
     EXPECT_EQ(entity.GetSourceLine(GetParam().line), GetParam().expected);
     entity.currentLine = GetParam().line;
     const MessageContext context = entity.GetMessageContext();
-    EXPECT_EQ(context.lineText, GetParam().expected);
+    const CMessage message(ERR_EXEC_SCRIPT_VAR_1, context);  // reads the line
+    EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINE], GetParam().expected);
     EXPECT_EQ(context.lineNumber, GetParam().line);
     EXPECT_EQ(context.position, -1);
     EXPECT_EQ(context.entityName, "/work/a.kvl");

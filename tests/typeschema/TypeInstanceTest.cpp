@@ -195,35 +195,5 @@ constexpr RemainderRow kRemainderRows[] = {
 INSTANTIATE_TEST_SUITE_P(Rows, RemainderTest, testing::ValuesIn(kRemainderRows),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(TypeInstanceTest, RemainderIsShownInDataAndDeclaration) {
-    const auto instance = Instance("::A =\n ::SEQUENCE{ 'ab' }", "IN");
-    ASSERT_NE(instance, nullptr);
-    instance->dataFile = "data.txt";
-    instance->input.SetText("ab\ncd");
-    instance->input.SetCursor(3);
-    instance->rootSpanEnd = 1;
-    EXPECT_TRUE(instance->FindRemainder());
-    EXPECT_EQ(outside_.console.output,
-              "\nERROR: ERR_PARSE_TYPE_CAT_3\nThere is a remainder within parsed input data\n\n"
-              "cd\n ^\nAt line 2 near position 1 of Data data.txt\n\n"
-              " ::SEQUENCE{ 'ab' }\n   ^\nDeclared at line 2 near position 4 of type A\n\n");
-}
-
-TEST_F(TypeInstanceTest, ParseContextNamesTheElement) {
-    const auto instance = Instance("::A = ::SEQUENCE{ N ::INTEGER }", "IN");
-    ASSERT_NE(instance, nullptr);
-    instance->dataStream = "S:DATA";
-    const DataContext context = instance->MakeParseContext(1, "a line", 2);
-    EXPECT_EQ(context.entityName, "S:DATA");
-    EXPECT_EQ(context.lineText, "a line");
-    EXPECT_EQ(context.position, 3);
-    EXPECT_EQ(context.typePosition, 23);
-    const std::vector<std::pair<MessageParameter, std::string>> expected = {{ERRSTR_LABEL_FULL, "IN:N"},
-                                                                            {ERRSTR_VAR_TYPE, "INTEGER"},
-                                                                            {ERRSTR_CATEGORY, "INTEGER"},
-                                                                            {ERRSTR_LABEL_POSITION, "1"}};
-    EXPECT_EQ(context.fields, expected);
-}
-
 }  // namespace
 }  // namespace kvl

@@ -167,6 +167,11 @@ void LoadedTypes::Load(std::string_view name, std::string_view text) {
     schemas_[std::string(name)] = std::move(schema);
 }
 
+void LoadedTypes::LoadLines(std::string_view lines) {
+    for (; !lines.empty(); lines.remove_prefix(lines.find('\n') + 1))
+        Load(lines.substr(2, lines.find(' ') - 2), lines.substr(0, lines.find('\n')));
+}
+
 std::unique_ptr<CTypeSchema> DeclaredTypesTest::Read(std::string_view text) {
     outside_.memory.Put(kSourcePath, text);
     auto schema = std::make_unique<CTypeSchema>();

@@ -26,6 +26,8 @@ public:
     const CTypeSchema* FindLoadedType(std::string_view name) const override;
     // Compiles the text and knows its main type under that name.
     void Load(std::string_view name, std::string_view text);
+    // The same for each line, by the name that it declares first.
+    void LoadLines(std::string_view lines);
 
 private:
     std::map<std::string, std::unique_ptr<CTypeSchema>, std::less<>> schemas_;
