@@ -14,7 +14,8 @@ namespace kvl {
 [[nodiscard]] bool LoadMacroStream(CPatternSchema& schema, int kind, std::string_view name, std::string& text,
                                    CVariable& variable);
 [[nodiscard]] bool LoadTypeFile(CPatternSchema& schema, std::string_view path, CVariable& variable);
-[[nodiscard]] bool LoadTypeStream(CPatternSchema& schema, std::string_view name, std::string& text, CVariable& variable);
+[[nodiscard]] bool LoadTypeStream(CPatternSchema& schema, std::string_view name, std::string& text,
+                                  CVariable& variable);
 [[nodiscard]] bool LoadInstanceFile(CPatternSchema& schema, std::string_view path, std::string_view typeName,
                                     std::string_view instanceName);
 [[nodiscard]] bool LoadInstanceStream(CPatternSchema& schema, std::string_view streamName, std::string text,

@@ -1,9 +1,12 @@
-// All of them pass over their texts once, apart from Merge, which looks for each anchor in what is left of the old
-// text: an anchor that is there moves on in it, and one that was missed once is not looked for again.
+// All of them pass over their texts once. Merge looks for each anchor in what is left of the old text: one that is
+// there moves on in it, and when too many were missed, AnchorPlaces tells which of the others can still come.
 #include "builtins/StreamText.h"
 
+#include <optional>
 #include <unordered_set>
+#include <vector>
 
+#include "builtins/AnchorPlaces.h"
 #include "text/ByteClass.h"
 #include "text/Replace.h"
 #include "text/Trim.h"
@@ -36,38 +39,71 @@ std::string_view Between(std::string_view text, std::size_t begin, std::size_t e
     return text.substr(begin, end == kNone ? kNone : end - begin);
 }
 
+// An anchor of the new text with the region behind it. An empty anchor: a region directly behind another.
+struct MergePart {
+    std::string_view anchor, inner;
+};
+
+std::vector<MergePart> SplitForMerge(std::string_view newText, std::string_view startMark, std::string_view endMark) {
+    std::vector<MergePart> parts;
+    for (std::size_t position = 0; position < newText.size();) {
+        const Region region = FindRegion(newText, position, startMark, endMark);
+        const bool hasRegion = region.start != kNone;
+        parts.push_back({Between(newText, position, region.start),
+                         hasRegion ? Between(newText, region.innerBegin, region.end) : std::string_view()});
+        position = region.end == kNone ? newText.size() : region.end + endMark.size();
+    }
+    return parts;
+}
+
 class Merger {
 public:
-    explicit Merger(std::string_view oldText) : rest_(oldText) {}
+    // Nothing is owned; all outlives this.
+    Merger(const std::vector<MergePart>& parts, std::string_view oldText) : parts_(parts), oldText_(oldText) {}
 
-    // The next anchor of the new text, with the region behind it. An empty anchor: a region directly behind another.
-    void Add(std::string_view anchor, std::string_view inner) {
-        if (anchor.empty() || !TakeFromOldText(anchor)) {
-            result_ += pending_;
-            result_ += anchor;
+    std::string Merge() {
+        std::string_view pending;  // the new region in front of the next anchor
+        for (const MergePart& part : parts_) {
+            if (part.anchor.empty() || !TakeFromOldText(part.anchor)) result_.append(pending).append(part.anchor);
+            pending = part.inner;
         }
-        pending_ = inner;
+        return std::move(result_);
     }
 
-    std::string Take() { return std::move(result_); }
-
 private:
+    // So many bytes may be searched in vain for each byte of the old text before all anchors are looked up at once.
+    static constexpr std::size_t kPatience = 8;
+
+    // Copies the old text up to the end of the anchor.
     bool TakeFromOldText(std::string_view anchor) {
-        if (missing_.count(anchor) > 0) return false;
-        const std::size_t found = FindText(rest_, anchor, 0);
+        if (missing_.count(anchor) > 0 || (places_ && !places_->MayBeginBehind(anchor, place_))) return false;
+        const std::size_t found = FindText(oldText_, anchor, place_);
         if (found == kNone) {
-            missing_.insert(anchor);
+            NoteMissing(anchor);
             return false;
         }
         const std::size_t end = found + anchor.size();
-        result_ += rest_.substr(0, end);
-        rest_.remove_prefix(end);
+        result_ += oldText_.substr(place_, end - place_);
+        place_ = end;
         return true;
     }
 
-    std::string_view rest_;     // of the old text, behind the last anchor found
-    std::string_view pending_;  // the new region in front of the next anchor
+    void NoteMissing(std::string_view anchor) {
+        missing_.insert(anchor);
+        searchedInVain_ += oldText_.size() - place_;
+        if (places_ || searchedInVain_ / kPatience < oldText_.size()) return;
+        std::vector<std::string_view> anchors;
+        for (const MergePart& part : parts_)
+            anchors.push_back(part.anchor);
+        places_.emplace(anchors, oldText_);
+    }
+
+    const std::vector<MergePart>& parts_;
+    std::string_view oldText_;
+    std::size_t place_ = 0;  // in the old text, behind the last anchor found
+    std::size_t searchedInVain_ = 0;
     std::unordered_set<std::string_view> missing_;
+    std::optional<AnchorPlaces> places_;
     std::string result_;
 };
 
@@ -75,18 +111,8 @@ private:
 
 std::string Merge(std::string_view newText, std::string_view oldText, std::string_view startMark,
                   std::string_view endMark) {
-    Merger merger(oldText);
-    for (std::size_t position = 0; position < newText.size();) {
-        const Region region = FindRegion(newText, position, startMark, endMark);
-        const std::string_view anchor = Between(newText, position, region.start);
-        if (region.start == kNone) {
-            merger.Add(anchor, {});
-            break;
-        }
-        merger.Add(anchor, Between(newText, region.innerBegin, region.end));
-        position = region.end == kNone ? newText.size() : region.end + endMark.size();
-    }
-    return merger.Take();
+    const std::vector<MergePart> parts = SplitForMerge(newText, startMark, endMark);
+    return Merger(parts, oldText).Merge();
 }
 
 std::string Replace2(std::string_view text, std::string_view startMark, std::string_view endMark,

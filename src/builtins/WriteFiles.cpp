@@ -1,4 +1,5 @@
 // Files read into streams, streams written to files, files copied.
+#include <cerrno>
 #include <memory>
 #include <utility>
 
@@ -14,10 +15,16 @@ namespace {
 
 enum class Permission { Write, Skip };
 
+// Where nobody can tell whether a file is there, it is asked about like one that is.
+bool IsNewFile(std::string_view path) {
+    const int error = Files().CheckAccess(path, Access::Exists);
+    return error == ENOENT || error == EINVAL;
+}
+
 // A file that exists may need an answer; the answer to abort ends the process.
 Permission AskPermission(CPatternSchema& schema, std::string_view path) {
     const bool asks = Process().overwritePromptEnabled && schema.overwriteMode == kOverwriteAsk;
-    if (!asks || Files().CheckAccess(path, Access::Exists) != 0) return Permission::Write;
+    if (!asks || IsNewFile(path)) return Permission::Write;
     const int answer = AskOverwriteFile(schema, path);
     if (answer == kOverwriteAbort) TheSurroundings().EndProcess(1);
     if (answer != kOverwriteSkip) return Permission::Write;

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "messages/FileReports.h"
 #include "messages/Log.h"
 #include "messages/MessageTable.h"
 #include "text/ByteClass.h"
@@ -41,11 +42,19 @@ std::string_view SourceTypeOf(int entityKind) {
     return IsScriptKind(entityKind) ? "Script" : "Pattern";
 }
 
+// Most places are handed down and never shown, so that a line of a file is read here and not by who tells the place. A
+// file that cannot be read any more has its own message first.
+std::string LineTextOf(const MessageContext& context) {
+    std::string text = context.lineText;
+    if (context.linePath.empty()) return text;
+    if (!ReadSourceLine(context.linePath, context.lineNumber, text, MessageContext())) text.clear();
+    return text;
+}
+
 void FillPlace(Parameters& parameters, std::string_view entityType, const MessageContext& context) {
     parameters[ERRSTR_ENTITYTYPE] = entityType;
     parameters[ERRSTR_ENTITYNAME] = context.entityName;
     parameters[ERRSTR_ENTITYLINENUMBER] = IntegerText(context.lineNumber);
-    parameters[ERRSTR_ENTITYLINE] = context.lineText;
     parameters[ERRSTR_ENTITYLINEPOSITIONMARK] = context.positionMark;
     parameters[ERRSTR_ENTITYLINEPOSITION] = IntegerText(context.position);
 }
@@ -58,8 +67,10 @@ void FillFields(Parameters& parameters, int id, const MessageContext& context) {
 }
 
 void Fill(int id, std::string_view entityType, const MessageContext& context) {
+    const std::string lineText = LineTextOf(context);
     Parameters& parameters = FreshParameters();
     FillPlace(parameters, entityType, context);
+    parameters[ERRSTR_ENTITYLINE] = lineText;
     FillFields(parameters, id, context);
 }
 

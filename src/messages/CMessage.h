@@ -16,6 +16,7 @@ struct MessageContext {
     std::string entityName;          // display name of the schema or the source
     int lineNumber = -1;             // line of the fault
     std::string lineText;            // text of that line
+    std::string linePath;            // or the file that holds it: read only when a message is really built
     std::string positionMark = "^";  // mark text for that line
     int position = -1;               // position in that line; -1 none
     int entityKind = kEntityUnknown;

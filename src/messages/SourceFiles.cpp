@@ -48,7 +48,9 @@ bool ReadSourceFile(std::string_view path, std::string& text, int& lineCount, co
         text.clear();
         return ReportReadFailure(path, error, context);
     }
-    lineCount = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
+    lineCount = 0;
+    for (std::size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1))
+        ++lineCount;
     return true;
 }
 

@@ -211,7 +211,8 @@ int OpenForExisting(const std::string& path, Descriptor existing, std::unique_pt
 }  // namespace
 
 int OpenStreamWriter(const std::string& path, std::unique_ptr<FileWriter>& writer) {
-    Descriptor file = OpenDescriptor(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    // Appending: two runs that have the same log leave no gap in it, whichever of them emptied it last.
+    Descriptor file = OpenDescriptor(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND, 0666);
     if (!file.IsOpen()) return errno;
     writer = std::make_unique<StreamWriter>(std::move(file));
     return 0;

@@ -49,9 +49,10 @@ bool IsLockedByAnother(int descriptor) {
     return !Lock(descriptor) && errno == EWOULDBLOCK;
 }
 
+// Where that cannot be told it has: a file that is given up wrongly would stay behind.
 bool HasName(int descriptor) {
     struct stat status {};
-    return fstat(descriptor, &status) == 0 && status.st_nlink > 0;
+    return fstat(descriptor, &status) != 0 || status.st_nlink > 0;
 }
 
 void RemoveIfLeft(int directory, const char* name) {

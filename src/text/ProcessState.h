@@ -53,6 +53,7 @@ struct ProcessState {
     int stoppedLine = -1;              // of the first command that failed, for a run that would end in silence
     std::string stoppedPath;
     int macroDepth = 0;                // nested macro calls running now
+    unsigned long elementTables = 0;   // made so far; gives each its number
     RandomSource random;
 };
 

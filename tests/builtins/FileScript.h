@@ -66,15 +66,8 @@ public:
             cells.append(records.At(place).Get(0)) += ';';
         return cells;
     }
+    std::string TextOf(std::string_view path) const { return outside.memory.Get(path); }
     bool Shows(std::string_view text) const { return outside.console.output.find(text) != std::string::npos; }
 };
-
-// Runs the row.
-inline void ExpectFileRow(const ScriptRow& row) {
-    FileScript run;
-    EXPECT_EQ(run.Execute(row.body), std::string_view(row.faults).empty()) << run.outside.console.output;
-    EXPECT_EQ(run.output, row.output);
-    EXPECT_EQ(run.faults, row.faults);
-}
 
 }  // namespace kvl

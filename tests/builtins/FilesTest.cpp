@@ -4,73 +4,46 @@
 #include "FileScript.h"
 #include "builtins/FileOperations.h"
 #include "messages/Log.h"
+#include "support/CaseFile.h"
 
 namespace kvl {
 namespace {
 
-class FileFaults : public testing::TestWithParam<ScriptRow> {};
+const std::string kPersonType = "$::PERSON ::KVL:TYPE = D:FILE(\"PERSON.txt\")$\n";
 
-// The rows' outputs are texts that the console shows.
-TEST_P(FileFaults, AreTold) {
+class FileCases : public testing::TestWithParam<TextCase> {};
+
+TEST_P(FileCases, Run) {
+    const TextCase& row = GetParam();
     FileScript run;
-    const std::vector<std::string> before = run.outside.memory.FilePaths();
-    EXPECT_FALSE(run.Execute(GetParam().body));
-    EXPECT_EQ(run.faults, GetParam().faults);
-    EXPECT_TRUE(run.Shows(GetParam().output)) << run.outside.console.output;
+    const std::size_t fileCount = run.outside.memory.FilePaths().size() + 1;  // the main script
+    EXPECT_EQ(run.Execute(row.Line("body")), row["faults"].empty()) << run.outside.console.output;
+    ExpectSection(row, "output", run.output);
+    ExpectSection(row, "faults", run.faults);
+    for (const TextCase::Section& section : row.sections) {
+        if (section.name.starts_with("file ")) ExpectSection(row, section.name, run.TextOf(section.name.substr(5)));
+        if (section.name == "cells") ExpectSection(row, section.name, run.CellsOf("L"));
+        if (section.name == "shows") {
+            EXPECT_TRUE(run.Shows(row.Line("shows"))) << run.outside.console.output;
+        }
+    }
+    EXPECT_EQ(run.TextOf("readOnly.txt"), "old");
+    if (run.succeeded) return;
+    EXPECT_EQ(run.outside.memory.FilePaths().size(), fileCount);
     EXPECT_FALSE(run.Shows("Created Successfully. "));
-    EXPECT_EQ(run.outside.memory.FilePaths().size(), before.size() + 1);  // the main script
-    EXPECT_EQ(run.outside.memory.Get("readOnly.txt"), "old");
 }
 
-#define KVL_TYPES "$::PERSON ::KVL:TYPE = D:FILE(\"PERSON.txt\")$\n"
+INSTANTIATE_TEST_SUITE_P(Cases, FileCases, testing::ValuesIn(ReadCases("builtins/Files.cases")), CaseName);
 
-constexpr ScriptRow kReading[] = {
-    {"Missing", "$S ::STREAM$$S = W:FILE(\"x/none.txt\")$",
-     "File none.txt can not be found within search path /work/one/x/;/work/two/x/", "ERR_EXEC_SCRIPT_FILE_1 3"},
-    {"InvalidName", "$S ::STREAM$$S = D:FILE(\"a?b.txt\")$", "File name /work/a?b.txt contains invalid character '?'",
-     "ERR_EXEC_SCRIPT_FILE_4 3"},
-    {"WriteOnly", "$S ::STREAM$$S = D:FILE(\"writeOnly.txt\")$", "can not be read, because properties are set to write",
-     "ERR_EXEC_SCRIPT_FILE_14 3"},
-    {"Directory", "$S ::STREAM$$S = D:FILE(\"dir\")$", "File /work/dir can not be found", "ERR_EXEC_SCRIPT_FILE_1 3"},
-    {"BelowAFile", "$S ::STREAM$$S = D:FILE(\"a.txt/b.txt\")$", "File b.txt can not be found",
-     "ERR_EXEC_SCRIPT_FILE_1 3"},
-    {"EmptyScript", "$R() ::KVL:SCRIPT = D:FILE(\"empty.txt\")$", "File /work/empty.txt is empty",
-     "ERR_EXEC_SCRIPT_FILE_8"},
-    {"EmptyType", "$::PERSON ::KVL:TYPE = D:FILE(\"empty.txt\")$", "File /work/empty.txt is empty",
-     "ERR_EXEC_SCRIPT_FILE_8"},
-    {"EmptyData", KVL_TYPES "$IN ::PERSON = D:FILE(\"empty.txt\")$", "File /work/empty.txt is empty",
-     "ERR_EXEC_SCRIPT_FILE_8 4"},
-    {"MissingData", KVL_TYPES "$IN ::PERSON = D:FILE(\"none.txt\")$", "none.txt", "ERR_EXEC_SCRIPT_FILE_1 4"},
-    {"WriteOnlyData", KVL_TYPES "$IN ::PERSON = D:FILE(\"writeOnly.txt\")$", "writeOnly.txt",
-     "ERR_EXEC_SCRIPT_FILE_14 4"},
-    {"DataOfAnotherShape", KVL_TYPES "$IN ::PERSON = D:FILE(\"a.txt\")$", "Data a.txt", "ERR_PARSE_TYPE_ELEM_1 1"},
-    {"ScriptOfAnotherName", "$Q() ::KVL:SCRIPT = D:FILE(\"R.txt\")$",
-     "variable name Q must be identical to Script name", "ERR_DECL_SCRIPT_VAR_12 3"},
-    {"PatternOfAnotherName", "$N:Q() ::KVL:PATTERN = D:FILE(\"P.txt\")$",
-     "variable name N:Q must be identical to Pattern name", "ERR_DECL_SCRIPT_VAR_13 3"},
-    {"TypeOfAnotherName", "$::Q ::KVL:TYPE = D:FILE(\"PERSON.txt\")$", "variable name Q must be identical to Type name",
-     "ERR_DECL_SCRIPT_VAR_11 3"},
-    {"ScriptAsPattern", "$R() ::KVL:PATTERN = D:FILE(\"R.txt\")$", "PATTERN_HEADER_6", "ERR_DECL_PATTERN_HEADER_6 1"},
-    {"TypeAsScript", "$R() ::KVL:SCRIPT = D:FILE(\"PERSON.txt\")$", "ERROR", "ERR_DECL_SCRIPT_SYNTAX_1 2"},
-    {"DataAsType", "$::PERSON ::KVL:TYPE = D:FILE(\"data.txt\")$", "ERROR", "ERR_DECL_TYPE_SYNTAX_1 1"},
-};
-INSTANTIATE_TEST_SUITE_P(Reading, FileFaults, testing::ValuesIn(kReading), RowName);
-
-constexpr ScriptRow kWriting[] = {
-    {"ReadOnly", "$S ::STREAM$$D:FILE(\"readOnly.txt\") = S$", "can not be overwritten, because properties are set to",
-     "ERR_EXEC_SCRIPT_FILE_3 3"},
-    {"Directory", "$S ::STREAM$$D:FILE(\"dir\") = S$", "Fatal error: /work\\dir, Is a directory",
-     "ERR_EXEC_ENVIRON_FATAL_1 3"},
-    {"BelowAFile", "$S ::STREAM$$D:FILE(\"a.txt/b.txt\") = S$", "Can not create directory /work/a.txt/",
-     "ERR_EXEC_ENVIRON_FATAL_1 3, ERR_EXEC_SCRIPT_FILE_6 3"},
-    {"InvalidDirectory", "$S ::STREAM$$D:FILE(\"p?/b.txt\") = S$",
-     "Directory name /work/p?/ contains invalid character", "ERR_EXEC_SCRIPT_FILE_7 3, ERR_EXEC_SCRIPT_FILE_6 3"},
-    {"MissingDrive", "$X ::KVL:DIRECTORY$$X:SET_PATH(\"q:/x\")$$S ::STREAM$$X:FILE(\"b.txt\") = S$",
-     "Can not create directory q:/x", "ERR_EXEC_SCRIPT_FILE_6 3"},
-    {"CopyOfAWriteOnlyFile", "$D:FILE(\"out.txt\") = D:FILE(\"writeOnly.txt\")$", "writeOnly.txt can not be read",
-     "ERR_EXEC_SCRIPT_FILE_14 3"},
-};
-INSTANTIATE_TEST_SUITE_P(Writing, FileFaults, testing::ValuesIn(kWriting), RowName);
+TEST(FileForms, ReachTheCallerThroughParameters) {
+    FileScript run;
+    run.AddScript("READ", "&T::STREAM, #D::KVL:DIRECTORY", "$T = D:FILE(\"a.txt\")$\n");
+    run.AddScript("FILL", "&M::STRING, #T::STREAM", "$M = T$\n");
+    ASSERT_TRUE(run.Execute("$S ::STREAM = \"before\"$$READ(S, D)$$L ::STRING[]$$T ::STREAM = \"x y\"$$FILL(L, T)$"))
+        << run.outside.console.output;
+    EXPECT_EQ(run.ValueOf("S"), "alpha");
+    EXPECT_EQ(run.CellsOf("L"), "x;y;");
+}
 
 // A copy that goes wrong has its message, and the script goes on.
 TEST(FileCopies, StopNothing) {
@@ -130,47 +103,10 @@ TEST(FileReads, WarnOfSeveralHitsAndTakeTheFirst) {
         << run.outside.console.output;
 }
 
-// --- what is told when all goes well ---
-
-TEST(FileReport, OfAWrittenFile) {
-    FileScript run;
-    EXPECT_TRUE(run.Execute("$S ::STREAM = \"x\"$$D:FILE(\"out.txt\") = S$"));
-    EXPECT_TRUE(run.outside.console.output.ends_with("File: /work/out.txt\n\nCreated Successfully. \n\n"));
-}
-
-struct ProgressRow {
-    const char* body;
-    const char* shown;
-};
-
-TEST(FileReport, OfLoading) {
-    constexpr ProgressRow kRows[] = {
-        {"$R() ::KVL:SCRIPT = D:FILE(\"R.txt\")$",
-         "\nParsing File R.txt\n( /work/R.txt )\nMacro Script File Parsed Successfully. \n"},
-        {"$P() ::KVL:PATTERN = D:FILE(\"P.txt\")$",
-         "\nParsing File P.txt\n( /work/P.txt )\nMacro Pattern File Parsed Successfully. \n"},
-        {"$S ::STREAM$$S = D:FILE(\"R.txt\")$$R() ::KVL:SCRIPT = S$",
-         "\nParsing Stream S\nMacro Script Parsed Successfully. \n"},
-        {"$::PERSON ::KVL:TYPE = D:FILE(\"PERSON.txt\")$", "\nType File Parsed Successfully. \n"},
-        {"$S ::STREAM$$S = D:FILE(\"PERSON.txt\")$$::PERSON ::KVL:TYPE = S$",
-         "\nType Parsed Successfully. \n\nType Schema:\n"},
-        {KVL_TYPES "$IN ::PERSON = D:FILE(\"data.txt\")$",
-         "\nParsing File data.txt\n( /work/data.txt )\nData File Parsed Successfully. \n"
-         "\nCreate Variable IN::PERSON From data.txt\n"},
-        {KVL_TYPES "$S ::STREAM = \"bob rome\"$$IN ::PERSON = S$",
-         "\nParsing Stream S\nData Stream Parsed Successfully. \n\nCreate Variable IN::PERSON From S\n"},
-    };
-    for (const ProgressRow& row : kRows) {
-        FileScript run;
-        EXPECT_TRUE(run.Execute(row.body));
-        EXPECT_TRUE(run.outside.console.output.ends_with(row.shown)) << run.outside.console.output;
-    }
-}
-
 TEST(FileReport, AFileBehindAStreamIsNoStreamAnyMore) {
     FileScript run;
     EXPECT_TRUE(
-        run.Execute(KVL_TYPES "$S ::STREAM = \"bob rome\"$$A ::PERSON = S$$B ::PERSON = D:FILE(\"data.txt\")$"));
+        run.Execute(kPersonType + "$S ::STREAM = \"bob rome\"$$A ::PERSON = S$$B ::PERSON = D:FILE(\"data.txt\")$"));
     EXPECT_TRUE(run.outside.console.output.ends_with(
         "Data File Parsed Successfully. \n\nCreate Variable B::PERSON From data.txt\n"));
 }
@@ -188,8 +124,8 @@ TEST(FileReport, LogGetsTheElementsOfATypeFromAStream) {
 TEST(FileDumps, OfDataAndWrittenFilesOnly) {
     FileScript run;
     Process().dumpsEnabled = true;
-    EXPECT_TRUE(run.Execute(KVL_TYPES "$IN ::PERSON = D:FILE(\"data.txt\")$$S ::STREAM$$S = D:FILE(\"a.txt\")$"
-                                      "$D:FILE(\"out.txt\") = S$$D:FILE(\"copy.txt\") = D:FILE(\"a.txt\")$"));
+    EXPECT_TRUE(run.Execute(kPersonType + "$IN ::PERSON = D:FILE(\"data.txt\")$$S ::STREAM$$S = D:FILE(\"a.txt\")$"
+                                          "$D:FILE(\"out.txt\") = S$$D:FILE(\"copy.txt\") = D:FILE(\"a.txt\")$"));
     std::string dumps;
     for (const std::string& path : run.outside.memory.FilePaths())
         if (path.ends_with(".dump")) dumps += path + ";";

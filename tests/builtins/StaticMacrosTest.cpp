@@ -1,55 +1,22 @@
-// The entry of the built-in macros, the stream macros' arguments, and the facts about the run.
+// The built-in macros: streams, directories, facts about the run, and their entry.
 #include "StaticMacroRun.h"
+#include "interpreter/ScriptCases.h"
 #include "messages/BuildStamp.h"
 
 namespace kvl {
 namespace {
 
-// Line 3 of each script.
-constexpr const char* kValues = "$T ::STREAM = \"x[1]y\"$$I ::INTEGER = 3$$W ::STRING = \"3\"$$R ::STREAM$\n";
+class StaticMacroCases : public testing::TestWithParam<TextCase> {};
 
-class StreamMacros : public testing::TestWithParam<ScriptRow> {};
-
-TEST_P(StreamMacros, Run) {
-    const ScriptRow& row = GetParam();
+TEST_P(StaticMacroCases, Run) {
     StaticMacroRun run;
-    run.AddPattern("UPPER", "#X::STREAM", "$KVL:STREAM:UPPERCASE_STREAM(X)$");
-    const std::string body = std::string(kValues) + row.body;
-    ExpectRow(run, {row.name, body.c_str(), row.output, row.faults});
+    run.outside.surroundings.now = 1709967909;  // 2024-03-09 07:05:09 UTC
+    run.outside.console.input = "ab\tc\x80\nrest";
+    RunScriptCase(run, GetParam());
 }
 
-constexpr ScriptRow kResultRows[] = {
-    {"Merge", "$R = KVL:STREAM:MERGE_STREAM(T, \"x[2]y\", \"[\", \"]\")$$R$", "x[2]y"},
-    {"Replace", "$R = KVL:STREAM:REPLACE_STREAM(T, \"1\", \"22\")$$R$", "x[22]y"},
-    {"ReplaceByTheSame", "$R = KVL:STREAM:REPLACE_STREAM(T, \"1\", \"1\")$$R$", "x[1]y"},
-    {"ReplaceNothing", "$R = KVL:STREAM:REPLACE_STREAM(T, \"\", \"1\")$$R$", "x[1]y"},
-    {"Replace2", "$R = KVL:STREAM:REPLACE2_STREAM(T, \"[\", \"]\", \"-\")$$R$", "x-y"},
-    {"Delete", "$R = KVL:STREAM:DELETE_STREAM(T, \"[1]\")$$R$", "xy"},
-    {"Clear", "$T = \" a  b \"$$R = KVL:STREAM:CLEAR_STREAM(T)$$R$", "a b"},
-    {"UpperCase", "$R = KVL:STREAM:UPPERCASE_STREAM(T)$$R$", "X[1]Y"},
-    {"LowerCase", "$T = \"A\"$$R = KVL:STREAM:LOWERCASE_STREAM(T)$$R$", "a"},
-    {"LeftByAVariable", "$R = KVL:STREAM:LEFT_STREAM(T, I)$$R$", "x[1"},
-    {"RightByALiteral", "$R = KVL:STREAM:RIGHT_STREAM(T, 2)$$R$", "]y"},
-    {"Length", "$R = KVL:STREAM:LENGTH_STREAM(T)$$R$", "5"},
-    {"LengthOfNothing", "$R = KVL:STREAM:LENGTH_STREAM(R)$$R$", "0"},
-    {"TheArgumentStays", "$R = KVL:STREAM:UPPERCASE_STREAM(T)$$T$", "x[1]y"},
-    {"InAPatternTheResultIsText", "$UPPER(T)$", "X[1]Y"},
-};
-INSTANTIATE_TEST_SUITE_P(Results, StreamMacros, testing::ValuesIn(kResultRows), RowName);
-
-constexpr ScriptRow kFaultRows[] = {
-    {"NoArguments", "$R = KVL:STREAM:CLEAR_STREAM()$", "", "ERR_DECL_SCRIPT_MACRO_2 4"},
-    {"TooFew", "$R = KVL:STREAM:LEFT_STREAM(T)$", "", "ERR_DECL_SCRIPT_MACRO_2 4"},
-    {"TooMany", "$R = KVL:STREAM:CLEAR_STREAM(T, T)$", "", "ERR_DECL_SCRIPT_MACRO_2 4"},
-    {"LiteralInFront", "$R = KVL:STREAM:CLEAR_STREAM(\"a\")$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-    {"StringInFront", "$R = KVL:STREAM:CLEAR_STREAM(W)$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-    {"StringAsWidth", "$R = KVL:STREAM:LEFT_STREAM(T, W)$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-    {"TextAsWidth", "$R = KVL:STREAM:RIGHT_STREAM(T, \"3\")$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-    {"NumberAsText", "$R = KVL:STREAM:DELETE_STREAM(T, 1)$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-    {"StringAsText", "$R = KVL:STREAM:REPLACE_STREAM(T, \"x\", W)$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-    {"TypeIsJudgedBeforeTheCount", "$R = KVL:STREAM:LEFT_STREAM(W)$", "", "ERR_DECL_SCRIPT_MACRO_3 4"},
-};
-INSTANTIATE_TEST_SUITE_P(Faults, StreamMacros, testing::ValuesIn(kFaultRows), RowName);
+INSTANTIATE_TEST_SUITE_P(Cases, StaticMacroCases, testing::ValuesIn(ReadScriptCases("builtins/StaticMacros.cases")),
+                         CaseName);
 
 TEST(StreamMacroMessages, NameTheArgumentAndTheParameter) {
     StaticMacroRun run;
@@ -86,30 +53,6 @@ TEST(StreamMacroLimits, ATextThatWouldGrowTooLargeIsRefused) {
     EXPECT_NE(run.outside.console.output.find("Text is larger than 2147483647 bytes. "), std::string::npos);
     EXPECT_EQ(value.result, "");
 }
-
-class GenerationFacts : public testing::TestWithParam<ScriptRow> {};
-
-TEST_P(GenerationFacts, AreTold) {
-    StaticMacroRun run;
-    run.outside.surroundings.now = 1709967909;  // 2024-03-09 07:05:09 UTC
-    run.outside.console.input = "ab\tc\x80\nrest";
-    ExpectRow(run, GetParam());
-}
-
-constexpr ScriptRow kFactRows[] = {
-    {"Version", "$T ::STREAM = KVL:GENERATION:VERSION_NUMBER()$$T$", "14.0.0"},
-    {"Date", "$T ::STREAM = KVL:GENERATION:DATE()$$T$", "2024.03.09"},
-    {"Time", "$T ::STREAM = KVL:GENERATION:TIME()$$T$", "07:05:09"},
-    {"UserInputByLiteral", "$T ::STREAM = KVL:GENERATION:USER_INPUT(\"Name? \")$$T$", "abc"},
-    {"UserInputByVariable", "$Q ::STREAM = \"Name? \"$$Q = KVL:GENERATION:USER_INPUT(Q)$$Q$", "abc"},
-    {"UserInputUpToTheEnd",
-     "$T ::STREAM = KVL:GENERATION:USER_INPUT(\"1\")$$T = KVL:GENERATION:USER_INPUT(\"2\")$$T$"
-     "$T = KVL:GENERATION:USER_INPUT(\"3\")$$T$",
-     "rest"},
-    {"UserInputWithoutQuestion", "$T ::STREAM = KVL:GENERATION:USER_INPUT()$", "", "ERR_DECL_SCRIPT_MACRO_2 3"},
-    {"UserInputByNumber", "$T ::STREAM = KVL:GENERATION:USER_INPUT(1)$", "", "ERR_DECL_SCRIPT_MACRO_3 3"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, GenerationFacts, testing::ValuesIn(kFactRows), RowName);
 
 TEST(Generation, QuestionIsColouredAndTheLineEnded) {
     StaticMacroRun run;
@@ -155,6 +98,35 @@ TEST(StaticMacros, LineMarksAndOtherIdentifiers) {
     EXPECT_EQ(value.result, "");
     EXPECT_FALSE(RunStaticMacro(*run.root, cmd_generate_to_stream, value));
     EXPECT_FALSE(RunStaticMacro(*run.root, cmd_identifier_value, value));
+}
+
+TEST(DirectoryMacros, MakeTheWholeChain) {
+    StaticMacroRun run;
+    ASSERT_TRUE(run.Execute("$D ::KVL:DIRECTORY$$D:SET_PATH(\"out\")$$D:MKDIR(\"a\\\\b\")$"))
+        << run.outside.console.output;
+    EXPECT_TRUE(run.outside.memory.IsDirectory("/work/out/a/b"));
+    StaticMacroRun another;
+    EXPECT_FALSE(another.Execute("$D ::KVL:DIRECTORY$$D:MKDIR(\"main.kvl\")$"));  // a file is there
+    EXPECT_EQ(another.faults, "ERR_EXEC_ENVIRON_FATAL_1 3");
+}
+
+// A path that is too long, and a child without its parent, have no words of their own; the end of the run tells the
+// place.
+TEST(DirectoryMacros, FailAtPathsThatLeadNowhere) {
+    for (const std::string& body : {"$D ::KVL:DIRECTORY$$D:SET_PATH(\"" + std::string(300, 'a') + "\")$",
+                                    std::string("$D:SUB ::KVL:DIRECTORY$$D:SUB:SET_PATH(\"a\")$")}) {
+        StaticMacroRun run;
+        EXPECT_FALSE(run.Execute(body));
+        EXPECT_EQ(run.faults, "");
+    }
+}
+
+// Where there is no working directory a new variable has no path; an empty one would lead to the root.
+TEST(DirectoryMacros, HaveNoPathWithoutAWorkingDirectory) {
+    StaticMacroRun run;
+    run.outside.memory.workingDirectory = "";
+    ASSERT_TRUE(run.Execute("$D ::KVL:DIRECTORY$$D$$T ::STREAM = D:FILE(\"x\")$$T$")) << run.outside.console.output;
+    EXPECT_EQ(run.output, "");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <random>
 
 namespace kvl {
 namespace {
@@ -128,6 +129,23 @@ TEST(StreamMerge, EqualsThePlainWalkOnAllSmallTexts) {
             ASSERT_EQ(Merge(newText, oldText, "<", ">"), PlainMerge(newText, oldText, "<", ">"))
                 << newText << " with " << oldText;
         }
+    }
+}
+
+// Many anchors of which some are gone, some have moved and some come twice: more misses than are looked for one by one.
+TEST(StreamMerge, EqualsThePlainWalkWithManyAnchors) {
+    std::mt19937 random(1);
+    const auto makeText = [&](std::size_t names, std::size_t regions) {
+        std::string text;
+        for (std::size_t i = 0; i < regions; ++i) {
+            const std::size_t name = random() % 3 == 0 ? random() % names : i;
+            text += "void function_" + std::to_string(name) + "() {<body " + std::to_string(random()) + ">}\n";
+        }
+        return text;
+    };
+    for (const std::size_t names : {5U, 60U, 1000U}) {
+        const std::string newText = makeText(names, 300), oldText = makeText(names, 300);
+        EXPECT_EQ(Merge(newText, oldText, "<", ">"), PlainMerge(newText, oldText, "<", ">")) << names;
     }
 }
 

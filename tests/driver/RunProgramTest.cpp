@@ -15,9 +15,7 @@ namespace {
 
 constexpr const char* kScript =
     "$BEGIN KVL VERSION=\"1.0.0\"$\n$BEGIN SCRIPT MAIN()$\n$END SCRIPT MAIN()$\n$END KVL VERSION=\"1.0.0\"$\n";
-constexpr const char* kScriptWithoutEnd = "$BEGIN KVL VERSION=\"1.0.0\"$\n$BEGIN SCRIPT MAIN()$\n";
 constexpr const char* kPause = "\n\n\t\t\t\tPlease press [Enter] to continue!\n";
-constexpr const char* kLogPath = "/work/LogFiles/x.kvl.log.txt";
 
 std::string SummaryBox(int warnings, int errors) {
     const std::string rule = std::string(78, '=') + "\n";
@@ -37,7 +35,6 @@ protected:
     }
     const std::string& Shown() const { return outside.console.output; }
     bool Shows(std::string_view text) const { return Shown().find(text) != std::string::npos; }
-    std::string LogText() const { return outside.memory.Get(kLogPath); }
 
     static std::string Banner() {
         const BuildFacts build = ReadBuildStamp(BuildStamp());
@@ -60,23 +57,6 @@ TEST_F(Program, WithoutArgumentsShowsItsUsage) {
     EXPECT_EQ(outside.console.outputAtInput, Shown());
 }
 
-TEST_F(Program, CleanRunEndsWithItsSummaryAndNoPause) {
-    EXPECT_TRUE(Run({"x.kvl", "-overwrite"}));
-    EXPECT_TRUE(Shown().starts_with(Banner() + "       - Main Script: /work/x.kvl\n\n")) << Shown();
-    EXPECT_TRUE(Shown().ends_with(SummaryBox(0, 0))) << Shown();
-    EXPECT_EQ(outside.console.TextIn(224), SummaryBox(0, 0));
-    EXPECT_FALSE(Shows("elapsed time"));
-    EXPECT_FALSE(outside.memory.Has("/work/LogFiles"));
-    EXPECT_TRUE(Process().runSucceeded);
-}
-
-TEST_F(Program, PauseTakesOneByte) {
-    outside.console.input = "\nrest";
-    EXPECT_FALSE(Run({"none.kvl"}));
-    EXPECT_EQ(outside.console.input, "rest");
-    EXPECT_EQ(outside.console.outputAtInput, Shown());
-}
-
 struct ModeRow {
     const char* mode;
     bool isMode;
@@ -90,16 +70,6 @@ TEST_F(Program, ModeIsComparedInLowerCase) {
         EXPECT_EQ(Run({"x.kvl", row.mode, "more", "words"}), row.isMode) << row.mode;
         EXPECT_EQ(Process().overwritePromptEnabled, !row.isMode) << row.mode;
     }
-}
-
-TEST_F(Program, BadModeIsShownInLowerCaseAndReadsNoOption) {
-    outside.surroundings.environment["kvlrun_merge"] = "wrong";
-    EXPECT_FALSE(Run({"x.kvl", "-OwerWrite"}));
-    EXPECT_EQ(Shown(), Banner() +
-                           "\nERROR: ERR_EXEC_COMMAND_ARG_2\n\"-owerwrite\" is not a valid kvlRun.exe mode.\n\n\n^\n"
-                           "At line -1 of Unknown \n\n" +
-                           SummaryBox(0, 1) + kPause);
-    EXPECT_FALSE(Process().runSucceeded);
 }
 
 struct BadPathRow {
@@ -120,51 +90,6 @@ TEST_F(Program, BadPathsFail) {
         EXPECT_FALSE(Shows("Main Script:"));
         EXPECT_TRUE(Shown().ends_with(SummaryBox(0, 1) + kPause)) << Shown();
     }
-}
-
-TEST_F(Program, WrongOptionsAreReportedAndStopNothing) {
-    outside.surroundings.environment = {{"kvlrun_logfile", "maybe"}, {"kvlrun_ptype", "VC6"}};
-    EXPECT_TRUE(Run({"x.kvl", "-overwrite"}));
-    EXPECT_TRUE(Shows("( kvlrun_ptype = VC6 )"));
-    EXPECT_TRUE(Shows("       - Main Script: /work/x.kvl\n"));
-    EXPECT_TRUE(Shown().ends_with(SummaryBox(0, 2) + kPause)) << Shown();
-    // A wrong word opens no log.
-    EXPECT_FALSE(outside.memory.Has("/work/LogFiles"));
-    EXPECT_FALSE(Process().dumpsEnabled);
-}
-
-TEST_F(Program, FailedScriptFailsTheRun) {
-    outside.memory.Put("/work/x.kvl", kScriptWithoutEnd);
-    EXPECT_FALSE(Run({"x.kvl", "-overwrite"}));
-    EXPECT_TRUE(Shown().ends_with(kPause));
-    EXPECT_GE(Process().errorCount, 1);
-}
-
-TEST_F(Program, LogHoldsTheRun) {
-    outside.surroundings.environment["kvlrun_logfile"] = "Yes";
-    EXPECT_TRUE(Run({"x.kvl", "-overwrite"}));
-    EXPECT_TRUE(Process().dumpsEnabled);
-    EXPECT_TRUE(LogText().starts_with("LogFile " + std::string(kLogPath) + ". \nCreated: Thu Jan  1 00:00:00 1970\n" +
-                                      Banner() + "       - Main Script: /work/x.kvl\n\n"))
-        << LogText();
-    EXPECT_TRUE(LogText().ends_with("\n" + std::string(38, '_') + "\telapsed time: 0 seconds.\n\n\n" +
-                                    std::string(77, '/') + "\r\n"))
-        << LogText();
-    EXPECT_TRUE(Shows("LogFile " + std::string(kLogPath) + " Created Successful. \n"));
-
-    const std::string first = LogText();
-    EXPECT_TRUE(Run({"x.kvl", "-overwrite"}));
-    EXPECT_EQ(outside.memory.Get("/work/LogFiles/x.kvl.log_old.txt"), first);
-}
-
-TEST_F(Program, RunsWithoutALogThatCannotBeMade) {
-    outside.surroundings.environment["kvlrun_logfile"] = "yes";
-    outside.memory.Put("/work/LogFiles", "a file in the way");
-    EXPECT_TRUE(Run({"x.kvl", "-overwrite"}));
-    EXPECT_TRUE(Shows("MakeDirectory(). "));
-    EXPECT_TRUE(Process().dumpsEnabled);
-    EXPECT_TRUE(Shown().ends_with(SummaryBox(0, 1) + kPause)) << Shown();
-    EXPECT_EQ(outside.memory.Get("/work/LogFiles"), "a file in the way");
 }
 
 // Files of which reading the script takes more memory than there is, or ends the process.

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -68,6 +70,44 @@ TEST(Catalogue, HasOnlyKnownTags) {
             EXPECT_EQ(TakeMessagePiece(rest).literal.find('<'), std::string_view::npos) << listed.name;
         }
     }
+}
+
+// Does what stands behind the head of a message begin with the row's text, whatever the values in it?
+bool IsTextOf(std::string_view shown, std::string_view text) {
+    for (bool isFirst = true; !text.empty(); isFirst = false) {
+        const MessagePiece piece = TakeMessagePiece(text);
+        const std::size_t found = shown.find(piece.literal);
+        if (found == std::string_view::npos || (isFirst && found != 0)) return false;
+        shown.remove_prefix(found + piece.literal.size());
+    }
+    return shown.find("\n\n") != std::string_view::npos;
+}
+
+// Every message in the console texts of the whole runs is one of the list.
+TEST(Catalogue, HoldsWhatWholeRunsShow) {
+    namespace fs = std::filesystem;
+    std::map<std::string, std::string> texts;
+    for (const ListedMessage& listed : ReadList())
+        texts[listed.name] = listed.text;
+    int count = 0;
+    for (const char* root : {"/golden", "/../examples"}) {
+        for (const auto& entry : fs::recursive_directory_iterator(std::string(KVL_TESTS_FOLDER) + root)) {
+            if (entry.path().filename() != "console.txt") continue;
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::string console{std::istreambuf_iterator<char>(file), {}};
+            for (const std::string head : {"\nERROR: ", "\nWARNING: "}) {
+                for (std::size_t at = console.find(head); at != std::string::npos; at = console.find(head, at + 1)) {
+                    const std::size_t begin = at + head.size();
+                    const std::size_t end = console.find('\n', begin);
+                    const std::string name = console.substr(begin, end - begin);
+                    ++count;
+                    EXPECT_TRUE(texts.count(name) > 0 && IsTextOf(console.substr(end + 1), texts[name]))
+                        << entry.path() << ": " << name;
+                }
+            }
+        }
+    }
+    EXPECT_GT(count, 100);
 }
 
 TEST(Catalogue, HasFourWarnings) {

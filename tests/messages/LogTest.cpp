@@ -7,7 +7,6 @@ namespace kvl {
 namespace {
 
 constexpr const char* kLogPath = "/work/LogFiles/x.kvl.log.txt";
-constexpr const char* kOldLogPath = "/work/LogFiles/x.kvl.log_old.txt";
 
 class Log : public OutsideTest {
 protected:
@@ -47,11 +46,6 @@ TEST_F(Messages, AWarningIsCountedForItself) {
     EXPECT_TRUE(HasMessages());
 }
 
-TEST_F(Messages, AnUnknownOneCountsAsError) {
-    Report(4, MessageContext());
-    EXPECT_EQ(Process().errorCount, 1);
-}
-
 TEST_F(Log, OpensWithItsFirstLines) {
     EXPECT_FALSE(LogIsOpen());
     ASSERT_TRUE(OpenLog(kLogPath));
@@ -59,15 +53,6 @@ TEST_F(Log, OpensWithItsFirstLines) {
     EXPECT_EQ(LogText(), head_);
     EXPECT_EQ(outside.console.output, "LogFile /work/LogFiles/x.kvl.log.txt Created Successful. \n");
     EXPECT_EQ(Process().logWriteCount, 0);
-    EXPECT_FALSE(outside.memory.Has(kOldLogPath));
-}
-
-TEST_F(Log, KeepsOnePredecessor) {
-    outside.memory.Put(kOldLogPath, "oldest");
-    outside.memory.Put(kLogPath, "old");
-    ASSERT_TRUE(OpenLog(kLogPath));
-    EXPECT_EQ(outside.memory.Get(kOldLogPath), "old");
-    EXPECT_EQ(LogText(), head_);
 }
 
 TEST_F(Log, GoesOnWithoutADate) {
@@ -138,12 +123,6 @@ TEST_F(Log, GetsNotesAndProgressLikeTheConsole) {
     EXPECT_EQ(outside.console.TextIn(10), "\nA = M()\n");
 }
 
-TEST_F(Log, NothingIsPrintedForAnEmptyText) {
-    PrintColoured("", 12);
-    Print("");
-    EXPECT_TRUE(outside.console.pieces.empty());
-}
-
 TEST_F(Log, SummaryIsOnePieceOfThreeLines) {
     Process().warningCount = 2;
     Process().errorCount = 13;
@@ -201,14 +180,6 @@ TEST_F(Dump, CountsLinesAndReplacesAnOlderOne) {
     EXPECT_EQ(outside.memory.Get("/work/a.txt.dump"),
               "0 NEW LINE -------------------- LINE 1\n1 OTHER WHITESPACE \v  B\n"
               "2 NEW LINE -------------------- LINE 2\n");
-}
-
-TEST_F(Dump, OfManyBlocksIsWhole) {
-    outside.memory.Put("/work/a.txt", std::string(50000, 'x'));
-    ASSERT_TRUE(WriteDump("/work/a.txt"));
-    const std::string dump = outside.memory.Get("/work/a.txt.dump");
-    EXPECT_EQ(std::count(dump.begin(), dump.end(), '\n'), 50000);
-    EXPECT_TRUE(dump.ends_with("\n49999 x\n"));
 }
 
 TEST_F(Dump, IsNotWrittenUnlessSwitchedOn) {

@@ -1,7 +1,10 @@
 // The exact bytes of a message as it is shown.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "messages/CMessage.h"
+#include "support/TestPlatform.h"
 #include "text/ProcessState.h"
 
 namespace kvl {
@@ -26,40 +29,37 @@ std::string Compose(int id, const Context& context) {
 
 constexpr const char* kHead = "\nERROR: ERR_DECL_SCRIPT_VAR_5\nVariable B not declared\n\n";
 
-TEST(MessageLayout, WithoutPosition) {
-    EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, At(-1)), std::string(kHead) + "$A = B$\n^\nAt line 12 of Script main\n\n");
+TEST(MessageLayout, OfAPosition) {
+    constexpr std::pair<int, const char*> kRows[] = {
+        {-1, "^\nAt line 12 of Script main\n\n"},
+        {0, "^\nAt line 12 near position 0 of Script main\n\n"},
+        {5, "     ^\nAt line 12 near position 5 of Script main\n\n"},
+    };
+    for (const auto& [position, shown] : kRows) {
+        MessageContext context = At(position);
+        context.positionMark = "\t\tmark";  // is not printed
+        EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, context), std::string(kHead) + "$A = B$\n" + shown);
+        EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINEPOSITIONMARK], "\t\tmark");
+    }
 }
 
-TEST(MessageLayout, AtTheFirstByte) {
-    EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, At(0)),
-              std::string(kHead) + "$A = B$\n^\nAt line 12 near position 0 of Script main\n\n");
-}
-
-TEST(MessageLayout, AtAPosition) {
-    EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, At(5)),
-              std::string(kHead) + "$A = B$\n     ^\nAt line 12 near position 5 of Script main\n\n");
-}
-
-TEST(MessageLayout, PositionMarkOfTheContextIsNotPrinted) {
-    MessageContext context = At(2);
-    context.positionMark = "\t\tmark";
-    EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, context),
-              std::string(kHead) + "$A = B$\n  ^\nAt line 12 near position 2 of Script main\n\n");
-    EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINEPOSITIONMARK], "\t\tmark");
+// A line of a file is read when the message is built; one that cannot be read any more has its own message first.
+TEST(MessageLayout, OfALineInAFile) {
+    ScopedPlatform outside;
+    outside.memory.Put("main.kvl", "one\n$A = B$\n");
+    MessageContext context = At(-1);
+    context.lineNumber = 2;
+    context.linePath = "main.kvl";
+    EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, context), std::string(kHead) + "$A = B$\n^\nAt line 2 of Script main\n\n");
+    outside.memory.Remove("main.kvl");
+    EXPECT_EQ(Compose(ERR_DECL_SCRIPT_VAR_5, context), std::string(kHead) + "\n^\nAt line 2 of Script main\n\n");
+    EXPECT_NE(outside.console.output.find("File main.kvl can not be found"), std::string::npos);
 }
 
 TEST(MessageLayout, WithoutAnyPlace) {
     EXPECT_EQ(Compose(ERR_EXEC_ENVIRON_FATAL_1, std::string_view("_fullpath")),
               "\nERROR: ERR_EXEC_ENVIRON_FATAL_1\nFatal error: _fullpath\n\n");
     EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYTYPE], "");
-}
-
-TEST(MessageLayout, OfAMessageWithoutLine) {
-    MessageContext context;
-    context.Set(ERRSTR_ARGUMENT, "-owerwrite");
-    EXPECT_EQ(Compose(ERR_EXEC_COMMAND_ARG_2, context),
-              "\nERROR: ERR_EXEC_COMMAND_ARG_2\n\"-owerwrite\" is not a valid kvlRun.exe mode.\n\n"
-              "\n^\nAt line -1 of Unknown \n\n");
 }
 
 TEST(MessageLayout, OfDataTellsTheDeclaration) {

@@ -69,9 +69,6 @@ protected:
         tcgetattr(terminal_, &modes);
         return modes.c_lflag & (ICANON | ECHO | ISIG);
     }
-    void Type(std::string_view bytes) const {
-        EXPECT_EQ(write(master_, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-    }
     void WaitFor(tcflag_t modes) const {
         for (int i = 0; i < 5000 && LocalModes() != modes; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -81,24 +78,6 @@ protected:
     int master_ = -1;
     int terminal_ = -1;
 };
-
-TEST_F(TerminalTest, OneKeyWithoutLineAndEcho) {
-    const tcflag_t before = LocalModes();
-    int key = 0;
-    std::thread reader([&] {
-        KeyReader keys(terminal_);
-        key = keys.ReadKey();
-    });
-    WaitFor(ISIG);
-    Type("\x1B[A\x1B[[B\x1B[1;5C\x1BOP");  // arrows and function keys are no answer
-    Type("y");
-    reader.join();
-    EXPECT_EQ(key, 'y');
-    EXPECT_EQ(LocalModes(), before);
-    Type("\r");
-    KeyReader keys(terminal_);
-    EXPECT_EQ(keys.ReadKey(), 13);
-}
 
 TEST_F(TerminalTest, SignalsFindTheTerminalAsItWas) {
     const tcflag_t before = LocalModes();

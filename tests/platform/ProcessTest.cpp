@@ -87,42 +87,6 @@ TEST(ConsoleTest, TerminalIsColouredAndNotSteered) {
               "a\r\nb.c.");
 }
 
-TEST(ConsoleTest, ColoursCanBeRefused) {
-    for (const char* name : {"NO_COLOR", "TERM"}) {
-        const Outcome outcome = RunInChild(true, "", [&] {
-            unsetenv("NO_COLOR");
-            setenv(name, "dumb", 1);
-            SystemConsole().Write("plain\x1B", 12);
-        });
-        EXPECT_EQ(outcome.output, "plain.") << name;
-    }
-}
-
-TEST(ConsoleTest, QuestionIsShownBeforeTheAnswerIsRead) {
-    const Outcome outcome = RunInChild(false, "y\nline", [] {
-        SystemConsole().Write("?");
-        const int key = SystemConsole().ReadKey();
-        SystemConsole().AcceptKey();
-        // The question is out already: what is lost here is not the question.
-        if (key == 'y' && SystemConsole().ReadByte() == 'l') std::_Exit(7);
-    });
-    EXPECT_EQ(outcome.output, "?");
-    EXPECT_EQ(outcome.exitValue, 7);
-}
-
-TEST(ConsoleTest, ConsoleThatTakesNoMoreEndsNothing) {
-    const Outcome outcome = RunInChild(false, "", [] {
-        int ends[2];
-        if (pipe(ends) != 0) return;
-        dup2(ends[1], STDOUT_FILENO);
-        close(ends[0]);
-        for (int i = 0; i < 100; ++i)
-            SystemConsole().Write(std::string(10000, 'x'));
-        SystemSurroundings().EndProcess(3);
-    });
-    EXPECT_EQ(outcome.exitValue, 3);
-}
-
 TEST(ConsoleTest, ClosedDescriptorsAreNotTakenByFiles) {
     const std::string path = testing::TempDir() + "kvlTest-closed-" + std::to_string(getpid());
     const Outcome outcome = RunInChild(false, "", [&] {

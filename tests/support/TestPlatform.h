@@ -230,8 +230,11 @@ enum class FileOperation {
     MakeDirectory,
     Rename,
     MakePrivateDirectory,
+    IsDirectory,
+    IsSameFile,
+    CurrentDirectory,
 };
-constexpr std::size_t kFileOperationCount = 10;
+constexpr std::size_t kFileOperationCount = 13;
 
 // Hands everything on to another file system, counts the calls, and lets one of them fail.
 class FailingFiles : public FileSystem {
@@ -286,9 +289,15 @@ public:
         if (const int error = Enter(FileOperation::MakePrivateDirectory)) return error;
         return base_.MakePrivateDirectory(path);
     }
-    bool IsDirectory(std::string_view path) override { return base_.IsDirectory(path); }
-    bool IsSameFile(std::string_view a, std::string_view b) override { return base_.IsSameFile(a, b); }
-    std::string CurrentDirectory() override { return base_.CurrentDirectory(); }
+    bool IsDirectory(std::string_view path) override {
+        return Enter(FileOperation::IsDirectory) == 0 && base_.IsDirectory(path);
+    }
+    bool IsSameFile(std::string_view a, std::string_view b) override {
+        return Enter(FileOperation::IsSameFile) == 0 && base_.IsSameFile(a, b);
+    }
+    std::string CurrentDirectory() override {
+        return Enter(FileOperation::CurrentDirectory) == 0 ? base_.CurrentDirectory() : std::string();
+    }
     bool HasDrive(char letter) override { return base_.HasDrive(letter); }
     std::string ExecutablePath() override { return base_.ExecutablePath(); }
     void RemovePrivateDirectory(std::string_view path) override { base_.RemovePrivateDirectory(path); }
