@@ -28,7 +28,7 @@ constexpr WeightedType kWeights[] = {
     {kCategoryLine, 6},
     {kCategoryNested, 6},
     {kCategoryChoice, 8},
-    {kCategoryList, 11},
+    {kCategoryList, 12},
     {kCategoryStream, 5},
     {kCategoryPermutation, 6},
     {kCategoryDistance, 8},
@@ -38,26 +38,32 @@ constexpr WeightedType kWeights[] = {
     {kTypeString, 12},
     {kTypeInteger, 6},
     {kTypeFloat, 4},
-    {kTypeBool, 2},
+    {kTypeBool, 3},
     {kTypeIdentifier, 6},
     {kTypeWhiteSpace, 6},
 };
 constexpr std::size_t kLeaves = 9;
 
-int PickType(RandomNumbers& random, std::size_t firstRow, std::size_t behind) {
+int PickType(RandomNumbers& random, std::size_t first, std::size_t behind) {
     std::size_t sum = 0;
-    for (std::size_t i = firstRow; i < behind; ++i)
+    for (std::size_t i = first; i < behind; ++i)
         sum += kWeights[i].weight;
     std::size_t chosen = random.Below(sum);
-    std::size_t row = firstRow;
+    std::size_t row = first;
     while (chosen >= kWeights[row].weight)
         chosen -= kWeights[row++].weight;
     return kWeights[row].typeId;
 }
 
-template <std::size_t N>
-std::string_view Pick(RandomNumbers& random, const std::string_view (&texts)[N]) {
-    return texts[random.Below(N)];
+// Now and then a byte of any value.
+std::string PickPiece(RandomNumbers& random, std::size_t percentVisible) {
+    if (random.Chance(2)) return std::string(1, static_cast<char>(random.Below(256)));
+    return std::string(random.Chance(percentVisible) ? kVisible[random.Below(std::size(kVisible))]
+                                                     : kWhite[random.Below(std::size(kWhite))]);
+}
+
+std::string PickWhite(RandomNumbers& random) {
+    return PickPiece(random, 0);
 }
 
 // --- types ---
@@ -73,17 +79,15 @@ private:
         const bool leaf = depth >= kDeepest || elements_ >= kMostElementsOfType;
         const int typeId = PickType(random_, leaf ? kLeaves : 0, std::size(kWeights));
         if (typeId == kLiteralStrict || typeId == kLiteralWeak) return MakeLiteral(typeId);
-        TypeNode node;
+        TypeNode node{typeId, {}, {}, {}};
         if (IsCategoryType(typeId)) node = MakeCategory(typeId, depth);
-        node.typeId = typeId;
         // The first letter mixes the order of labels.
         if (random_.Chance(65)) node.name = std::string(1, "AMZ"[random_.Below(3)]) + std::to_string(++elements_);
         return node;
     }
 
     TypeNode MakeCategory(int typeId, std::size_t depth) {
-        TypeNode node;
-        node.typeId = typeId;
+        TypeNode node{typeId, {}, {}, {}};
         ++elements_;
         std::size_t count = random_.Below(4) + (random_.Chance(93) ? 1 : 0);
         if (typeId == kCategoryChoice) count = std::max<std::size_t>(count, 1);
@@ -106,37 +110,30 @@ private:
     }
 
     TypeNode MakeLiteral(int typeId) {
-        TypeNode node;
-        node.typeId = typeId;
         ++elements_;
         const char quote = typeId == kLiteralStrict ? '"' : '\'';
         std::string text;
         for (std::size_t parts = random_.Chance(70) ? 1 : 2 + random_.Below(2); parts > 0; --parts)
-            text += random_.Chance(84) ? Pick(random_, kVisible) : Pick(random_, kWhite);
+            text += random_.Chance(84) ? kVisible[random_.Below(std::size(kVisible))]
+                                       : kWhite[random_.Below(std::size(kWhite))];
         if (random_.Chance(3)) text += std::string(2, quote);
         if (random_.Chance(3)) text += "\\n";
-        node.literal = quote + text + quote;
-        return node;
+        return {typeId, {}, quote + text + quote, {}};
     }
 
     RandomNumbers& random_;
     int elements_ = 0;
 };
 
-void AppendElement(const TypeNode& node, std::string& text) {
-    if (!node.literal.empty()) {
-        text += node.literal + " ";
-        return;
-    }
+void AppendPieces(const TypeNode& node, std::vector<std::string>& pieces) {
+    if (!node.literal.empty()) return pieces.push_back(node.literal);
     const bool isWhiteSpace = node.typeId == kTypeWhiteSpace;
-    text += node.name + "::" + (isWhiteSpace ? "WHITESPACES" : std::string(GetTypeName(node.typeId)));
-    if (IsCategoryType(node.typeId)) {
-        text += "{ ";
-        for (const TypeNode& child : node.children)
-            AppendElement(child, text);
-        text += "}";
-    }
-    text += " ";
+    pieces.push_back(node.name + "::" + (isWhiteSpace ? "WHITESPACES" : std::string(GetTypeName(node.typeId))));
+    if (!IsCategoryType(node.typeId)) return;
+    pieces.back() += "{";
+    for (const TypeNode& child : node.children)
+        AppendPieces(child, pieces);
+    pieces.emplace_back("}");
 }
 
 // --- inputs ---
@@ -147,44 +144,27 @@ public:
 
     void AppendNoise(std::string& text, std::size_t most) {
         for (std::size_t count = random_.Below(most + 1); count > 0; --count)
-            text += random_.Chance(70) ? Pick(random_, kVisible) : Pick(random_, kWhite);
+            text += PickPiece(random_, 70);
     }
 
     void Append(const TypeNode& node, std::string& text) {
-        switch (node.typeId) {
-            case kCategoryChoice:
-                Append(node.children[random_.Below(node.children.size())], text);
-                break;
-            case kCategoryOption:
-                if (random_.Chance(60)) AppendChildren(node, text);
-                break;
-            case kCategoryList:
-                for (std::size_t count = 1 + random_.Below(random_.Chance(15) ? 16 : 3);
-                     count > 0 && text.size() < longest_; --count)
-                    AppendChildren(node, text);
-                break;
-            case kCategoryPermutation:
-                AppendShuffled(node, text);
-                break;
-            case kCategoryDistance:
-            case kCategoryStream:
-                AppendNoise(text, 6);
-                AppendChildren(node, text);
-                break;
-            case kCategoryLine:
-                AppendChildren(node, text);
-                if (random_.Chance(30)) AppendNoise(text, 2);
-                text += random_.Chance(80) ? "\n" : "\r\n";
-                break;
-            case kCategoryNested:
-                AppendNested(node, text);
-                break;
-            case kCategorySequence:
-                AppendChildren(node, text);
-                break;
-            default:
-                AppendLeaf(node, text);
-        }
+        if (!IsCategoryType(node.typeId)) return AppendLeaf(node, text);
+        std::vector<TypeNode> children = node.children;
+        std::size_t count = 1;
+        if (node.typeId == kCategoryChoice) children = {children[random_.Below(children.size())]};
+        if (node.typeId == kCategoryPermutation) Shuffle(children);
+        if (node.typeId == kCategoryOption) count = random_.Chance(60) ? 1 : 0;
+        if (node.typeId == kCategoryList) count = 1 + random_.Below(random_.Chance(15) ? 16 : 3);
+        if (node.typeId == kCategoryNested) children.pop_back();
+        if (node.typeId == kCategoryDistance || node.typeId == kCategoryStream) AppendNoise(text, 6);
+        const std::size_t longest = node.typeId == kCategoryList ? longest_ : std::string::npos;
+        for (; count > 0 && text.size() < longest; --count)
+            for (const TypeNode& child : children)
+                Append(child, text);
+        if (node.typeId == kCategoryNested) AppendInsideOfBracket(node, text);
+        if (node.typeId != kCategoryLine) return;
+        if (random_.Chance(30)) AppendNoise(text, 2);
+        text += random_.Chance(80) ? "\n" : "\r\n";
     }
 
     // A few bytes gone, doubled, exchanged or put in.
@@ -195,28 +175,17 @@ public:
             const bool removes = random_.Chance(55);
             if (removes) text.erase(at, piece.size());
             if (!removes && random_.Chance(40)) text.insert(at, piece);
-            if (random_.Chance(45))
-                text.insert(at, random_.Chance(60) ? Pick(random_, kVisible) : Pick(random_, kWhite));
+            if (random_.Chance(45)) text.insert(at, PickPiece(random_, 60));
         }
     }
 
 private:
-    void AppendChildren(const TypeNode& node, std::string& text) {
-        for (const TypeNode& child : node.children)
-            Append(child, text);
-    }
-
-    void AppendShuffled(const TypeNode& node, std::string& text) {
-        std::vector<TypeNode> children = node.children;
+    void Shuffle(std::vector<TypeNode>& children) {
         for (std::size_t i = children.size(); i > 1; --i)
             std::swap(children[i - 1], children[random_.Below(i)]);
-        for (const TypeNode& child : children)
-            Append(child, text);
     }
 
-    void AppendNested(const TypeNode& node, std::string& text) {
-        for (std::size_t i = 0; i + 1 < node.children.size(); ++i)
-            Append(node.children[i], text);
+    void AppendInsideOfBracket(const TypeNode& node, std::string& text) {
         AppendNoise(text, 4);
         if (random_.Chance(25)) {
             Append(node.children.front(), text);
@@ -228,99 +197,39 @@ private:
 
     void AppendLeaf(const TypeNode& node, std::string& text) {
         if (node.typeId != kLiteralStrict && node.typeId != kTypeWhiteSpace && random_.Chance(45))
-            text += Pick(random_, kWhite);
-        switch (node.typeId) {
-            case kLiteralStrict:
-                AppendStrict(node.literal, text);
-                break;
-            case kLiteralWeak:
-                AppendWeak(node.literal, text);
-                break;
-            case kTypeInteger:
-                AppendInteger(text);
-                break;
-            case kTypeFloat:
-                AppendInteger(text);
-                if (random_.Chance(60)) text += random_.Chance(80) ? ".5" : ".";
-                break;
-            case kTypeBool:
-                text += random_.Chance(50) ? "TRUE" : "FALSE";
-                break;
-            case kTypeIdentifier:
-                text += random_.Chance(80) ? "a1" : "_b";
-                break;
-            case kTypeWhiteSpace:
-                text += Pick(random_, kWhite);
-                break;
-            default:
-                for (std::size_t count = 1 + random_.Below(2); count > 0; --count)
-                    text += Pick(random_, kVisible);
-                if (random_.Chance(60)) text += " ";
-        }
+            text += PickWhite(random_);
+        const bool isNumber = node.typeId == kTypeInteger || node.typeId == kTypeFloat;
+        if (!node.literal.empty()) AppendLiteral(node.literal, text);
+        if (isNumber)
+            text += (random_.Chance(70) ? "" : random_.Chance(50) ? "+" : "-") + std::to_string(random_.Below(30));
+        if (node.typeId == kTypeFloat && random_.Chance(60)) text += random_.Chance(80) ? ".5" : ".";
+        if (node.typeId == kTypeBool) text += random_.Chance(50) ? "TRUE" : "FALSE";
+        if (node.typeId == kTypeIdentifier) text += random_.Chance(80) ? "a1" : "_b";
+        if (node.typeId == kTypeWhiteSpace) text += PickWhite(random_);
+        if (node.typeId != kTypeString) return;
+        for (std::size_t count = 1 + random_.Below(2); count > 0; --count)
+            text += PickPiece(random_, 100);
+        if (random_.Chance(60)) text += " ";
     }
 
-    void AppendInteger(std::string& text) {
-        if (random_.Chance(30)) text += random_.Chance(50) ? "+" : "-";
-        text += std::to_string(random_.Below(30));
-    }
-
-    static void AppendStrict(const std::string& literal, std::string& text) {
+    void AppendLiteral(const std::string& literal, std::string& text) {
+        const char quote = literal.front();
         for (std::size_t i = 1; i + 1 < literal.size(); ++i) {
-            if (literal.compare(i, 2, "\\n") == 0) {
+            const bool isLineEnd = quote == '"' && literal.compare(i, 2, "\\n") == 0;
+            if (isLineEnd) {
                 text += '\n';
-                ++i;
+            } else if (quote == '\'' && IsInvisible(literal[i])) {
+                text += PickWhite(random_);
             } else {
                 text += literal[i];
-                if (literal[i] == '"') ++i;
             }
-        }
-    }
-
-    void AppendWeak(const std::string& literal, std::string& text) {
-        for (std::size_t i = 1; i + 1 < literal.size(); ++i) {
-            text += IsInvisible(literal[i]) ? Pick(random_, kWhite) : std::string_view(literal).substr(i, 1);
-            if (literal[i] == '\'') ++i;
+            if (isLineEnd || literal[i] == quote) ++i;
         }
     }
 
     RandomNumbers& random_;
     std::size_t longest_;  // where lists end
 };
-
-// --- smaller types ---
-
-bool NeedsItsEnds(const TypeNode& node) {
-    return node.typeId == kCategoryNested;
-}
-
-void AddSmaller(const TypeNode& root, std::vector<TypeNode>& smaller) {
-    for (std::size_t i = 0; i < root.children.size(); ++i) {
-        const bool isEnd = NeedsItsEnds(root) && (i == 0 || i + 1 == root.children.size());
-        if (!isEnd) {
-            smaller.push_back(root);
-            smaller.back().children.erase(smaller.back().children.begin() + static_cast<std::ptrdiff_t>(i));
-        }
-        const TypeNode& child = root.children[i];
-        if (!child.literal.empty() && child.literal.size() > 3) {
-            smaller.push_back(root);
-            smaller.back().children[i].literal.erase(1, 1);
-        }
-        if (!child.name.empty()) {
-            smaller.push_back(root);
-            smaller.back().children[i].name.clear();
-        }
-        for (const TypeNode& grandchild : child.children) {
-            smaller.push_back(root);
-            smaller.back().children[i] = grandchild;
-        }
-        std::vector<TypeNode> smallerChildren;
-        AddSmaller(child, smallerChildren);
-        for (TypeNode& smallerChild : smallerChildren) {
-            smaller.push_back(root);
-            smaller.back().children[i] = std::move(smallerChild);
-        }
-    }
-}
 
 }  // namespace
 
@@ -336,10 +245,10 @@ TypeNode MakeType(RandomNumbers& random) {
     return TypeMaker(random).MakeRoot();
 }
 
-std::string TypeFileText(const TypeNode& root) {
-    std::string text = "$BEGIN KVL VERSION=\"1.0.0\"$\n$TYPE ::T = ";
-    AppendElement(root, text);
-    return text + "$\n$END KVL VERSION=\"1.0.0\"$\n";
+std::vector<std::string> TypePieces(const TypeNode& root) {
+    std::vector<std::string> pieces;
+    AppendPieces(root, pieces);
+    return pieces;
 }
 
 std::string MakeInput(const TypeNode& root, RandomNumbers& random) {
@@ -352,14 +261,6 @@ std::string MakeInput(const TypeNode& root, RandomNumbers& random) {
     maker.Append(root, text);
     if (random.Chance(50)) maker.Disturb(text);
     return text;
-}
-
-std::vector<TypeNode> SmallerTypes(const TypeNode& root) {
-    std::vector<TypeNode> smaller;
-    for (const TypeNode& child : root.children)
-        if (IsCategoryType(child.typeId)) smaller.push_back(child);
-    AddSmaller(root, smaller);
-    return smaller;
 }
 
 }  // namespace kvl

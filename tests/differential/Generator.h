@@ -31,38 +31,9 @@ struct TypeNode {
 };
 
 TypeNode MakeType(RandomNumbers& random);
-// The text of a type file with that root.
-std::string TypeFileText(const TypeNode& root);
-
+// The declaration in pieces: heads of categories, their closing brackets, elements.
+std::vector<std::string> TypePieces(const TypeNode& root);
 // An input that the type might match, or nearly, or one that has nothing to do with it.
 std::string MakeInput(const TypeNode& root, RandomNumbers& random);
-
-// The type and the input made as small as they can be while `differs` holds.
-template <class Differs>
-void Shrink(TypeNode& root, std::string& input, Differs differs);
-
-// The types that are one step smaller: an element left out, or a category replaced by one of its elements.
-std::vector<TypeNode> SmallerTypes(const TypeNode& root);
-
-template <class Differs>
-void Shrink(TypeNode& root, std::string& input, Differs differs) {
-    for (bool smaller = true; smaller;) {
-        smaller = false;
-        for (const TypeNode& type : SmallerTypes(root)) {
-            if (!differs(type, input)) continue;
-            root = TypeNode(type);
-            smaller = true;
-            break;
-        }
-        for (std::size_t i = 0; i < input.size(); ++i) {
-            std::string shorter = input;
-            shorter.erase(i, 1);
-            if (!differs(root, shorter)) continue;
-            input = shorter;
-            smaller = true;
-            break;
-        }
-    }
-}
 
 }  // namespace kvl

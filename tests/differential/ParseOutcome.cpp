@@ -48,57 +48,20 @@ std::string RealRecords(const CVariableKVLCategoryList& list) {
     for (auto position = records.Begin(); position != records.End(); position = records.Next(position)) {
         text += list.label + PathText(records.PathAt(position)) + "\n";
         for (std::size_t i = 0; i < list.Columns().size(); ++i)
-            if (list.NestedList(i) == nullptr)
-                text += Quoted("  " + list.Columns()[i]->label, records.At(position).Get(static_cast<int>(i)));
+            text += Quoted("  " + list.Columns()[i]->label,
+                           list.NestedList(i) ? "$?$" : records.At(position).Get(static_cast<int>(i)));
     }
     return text;
 }
 
-std::string LiteralRecords(const LiteralParser& parser, const CVariableKVLCategoryList& list) {
+std::string LiteralRecords(const LiteralParse& parse, const CVariableKVLCategoryList& list) {
     std::string text;
-    for (const auto& [path, cells] : parser.RecordsAt(list.firstElement)) {
+    for (const auto& [path, record] : parse.slots[static_cast<std::size_t>(list.firstElement)].records) {
         text += list.label + PathText(path) + "\n";
-        for (const auto& [label, cell] : cells)
+        for (const auto& [label, cell] : record.cells)
             text += Quoted("  " + label, cell);
     }
     return text;
-}
-
-InputWindow WindowOf(const ParseFault& fault, int cursor) {
-    return {fault.text, 0, static_cast<int>(fault.text.size()), cursor};
-}
-
-void RaiseFault(const CTypeSchema& schema, const ParseFault& fault) {
-    const InputWindow window = WindowOf(fault, fault.cursor);
-    switch (fault.kind) {
-        case ParseFault::kLiteral:
-            ReportLiteral(schema, fault.row, window);
-            break;
-        case ParseFault::kElement:
-            ReportElement(schema, fault.row, window);
-            break;
-        case ParseFault::kNoAlternative:
-            ReportNoAlternative(schema, fault.row, window);
-            break;
-        case ParseFault::kNoPermutation:
-            ReportNoPermutation(schema, fault.row, window);
-            break;
-        case ParseFault::kEmptyList:
-            ReportEmptyList(schema, fault.row, window);
-            break;
-        case ParseFault::kNoTerminator:
-            ReportNoTerminator(schema, fault.row, window);
-            break;
-        case ParseFault::kEmptyDistance:
-            ReportEmptyDistance(schema, fault.row, window);
-            break;
-        case ParseFault::kNestedElements:
-            ReportNestedElements(schema, fault.row, window);
-            break;
-        case ParseFault::kNoEndLiteral:
-            ReportNoEndLiteral(schema, fault.row, window, LineOfCursor(WindowOf(fault, fault.cursorBehindBegin)));
-            break;
-    }
 }
 
 }  // namespace
@@ -116,12 +79,17 @@ bool ParseComparison::SetType(std::string_view typeText) {
     return ok;
 }
 
-std::string ParseComparison::RealOutcome(std::string_view input, LogMode mode) {
+bool ParseComparison::Parses(std::string_view input, LogMode mode) {
     CTypeSchema& schema = FreshInstance(input);
-    if (mode == LogMode::Open && !OpenLog(kLogPath)) return "no log\n";
-    TakeMessages();
+    StartLog(mode);
     const bool ok = ParseInput(schema);
-    CloseLog();
+    StopLog();
+    return ok;
+}
+
+std::string ParseComparison::RealOutcome(std::string_view input, LogMode mode) {
+    const bool ok = Parses(input, mode);
+    CTypeSchema& schema = *instance_;
     if (!ok) return "failed\n" + TakeMessages();
 
     std::string text = Fact("cursor", schema.input.GetCursor()) + Fact("root end", schema.rootSpanEnd);
@@ -136,19 +104,28 @@ std::string ParseComparison::RealOutcome(std::string_view input, LogMode mode) {
 
 std::optional<std::string> ParseComparison::LiteralOutcome(std::string_view input, long stepBudget) {
     const CTypeSchema& schema = FreshInstance(input);
-    LiteralParser parser(schema, input, stepBudget);
-    const LiteralParser::Result result = parser.Parse();
-    if (result == LiteralParser::Result::kOverBudget) return std::nullopt;
-    TakeMessages();
-    for (const ParseFault& fault : parser.Faults())
-        RaiseFault(schema, fault);
-    if (result == LiteralParser::Result::kFailed) return "failed\n" + TakeMessages();
+    StartLog(LogMode::Open);
+    const std::optional<LiteralParse> parse = ParseLiterally(schema, input, stepBudget);
+    StopLog();
+    if (!parse) return std::nullopt;
+    if (!parse->matched) return "failed\n" + TakeMessages();
 
-    std::string text = Fact("cursor", parser.Cursor()) + Fact("root end", parser.RootEnd());
+    std::string text = Fact("cursor", parse->cursor) + Fact("root end", parse->rootEnd);
     for (const auto& [label, variable] : schema.variables)
-        text += Quoted(label, parser.TextAt(variable->firstElement));
-    ForEachList(schema, [&](const CVariableKVLCategoryList& list) { text += LiteralRecords(parser, list); });
-    return text + TakeMessages() + Fact("remainder", parser.HasRemainder() ? 1 : 0);
+        text += Quoted(label, parse->slots[static_cast<std::size_t>(variable->firstElement)].text);
+    ForEachList(schema, [&](const CVariableKVLCategoryList& list) { text += LiteralRecords(*parse, list); });
+    return text + TakeMessages() + Fact("remainder", parse->HasRemainder(input) ? 1 : 0);
+}
+
+void ParseComparison::StartLog(LogMode mode) {
+    outside_.memory.Put(kLogPath, "");
+    if (mode == LogMode::Open && !OpenLog(kLogPath)) std::abort();
+    TakeMessages();
+}
+
+void ParseComparison::StopLog() {
+    CloseLog();
+    log_ = outside_.memory.Get(kLogPath);
 }
 
 CTypeSchema& ParseComparison::FreshInstance(std::string_view input) {

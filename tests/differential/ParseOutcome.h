@@ -24,18 +24,26 @@ public:
     // Rows of the compiled type.
     std::size_t ElementCount() const { return declaration_->elements.size(); }
 
+    // Does the program's parser take the input?
+    bool Parses(std::string_view input, LogMode mode);
     // By the program's parser; it parses differently while a log is open.
     std::string RealOutcome(std::string_view input, LogMode mode);
-    // By the literal parser; nothing if it takes more than `stepBudget` steps.
+    // By the literal parser, which always writes a log; nothing if it takes more than `stepBudget` steps.
     std::optional<std::string> LiteralOutcome(std::string_view input, long stepBudget);
 
+    // The log of the last parse, with the messages in their places; empty if none was open.
+    const std::string& LogText() const { return log_; }
+
 private:
+    void StartLog(LogMode mode);
+    void StopLog();
     CTypeSchema& FreshInstance(std::string_view input);
     std::string TakeMessages();
 
     ScopedPlatform outside_;
     std::shared_ptr<CTypeSchema> declaration_;
     std::unique_ptr<CTypeSchema> instance_;
+    std::string log_;
 };
 
 // Printable bytes as they are, all others and the backslash as "\xHH".
