@@ -1,5 +1,6 @@
-// A pass costs the search of the next key: a cursor looks at the list's own record and takes a copy only where the body
-// writes to it or the set of records changes. Such a copy is what StoreBack has to bring home.
+// A pass costs a step to the neighbour: a cursor looks at the list's own record and takes a copy only where the body
+// builds the second list or the set of records changes. Such a copy is what StoreBack has to bring home; the next key
+// is searched for then.
 #include "interpreter/CPatternSchemaLoop.h"
 
 #include <utility>

@@ -73,17 +73,23 @@ bool CPatternSchema::NextListRecord(ListCursor& cursor, bool& found, const LoopS
         parentKey = *key;
     }
     // Every key begins with the empty key of no parent, so that one walk serves primary and nested lists.
+    const RecordStore& records = list.Records();
+    const auto isChild = [&](RecordStore::Position place) {
+        return place != records.End() && IsChildKey(records.PathAt(place), parentKey);
+    };
     RecordStore::Position position;
-    found = cursor.notStarted ? list.FirstInParent(parentKey, position)
-                              : list.NextInParent(parentKey, cursor.key, position);
+    if (cursor.notStarted) {
+        found = list.FirstInParent(parentKey, position);
+    } else if (cursor.IsBorrowed()) {
+        position = records.Next(cursor.Position());
+        found = isChild(position);
+    } else {
+        found = list.NextInParent(parentKey, cursor.key, position);
+    }
     cursor.notStarted = false;
     if (!found) return true;
-
-    const RecordStore& records = list.Records();
-    const RecordStore::Position next = records.Next(position);
-    cursor.last = next == records.End() || !IsChildKey(records.PathAt(next), parentKey);
-    cursor.key.Assign(records.PathAt(position));
-    cursor.Borrow(records.At(position));
+    cursor.last = !isChild(records.Next(position));
+    cursor.Borrow(position);
     return true;
 }
 

@@ -25,8 +25,11 @@ std::string CVariable::DumpValue(const LoopStack&) const {
 
 void CVariable::SetOwnerEntity(const VariableOwner* owner) {
     ownerEntity = owner;
-    sourceName = owner->SourceName();
     entityLine = owner->CurrentLine();
+}
+
+std::string CVariable::GetFileLabelKey() const {
+    return (ownerEntity ? ownerEntity->SourceName() : std::string()) + "@" + label;
 }
 
 std::string CVariable::GetRangeLabel() const {

@@ -52,10 +52,10 @@ public:
     virtual std::string_view GetText() const = 0;
     virtual void ClearValue() = 0;
 
-    // Remembers who holds the variable, its source's name and the present line as the line of the declaration.
+    // Remembers who holds the variable, and the owner's present line as the line of the declaration.
     void SetOwnerEntity(const VariableOwner* owner);
-    // sourceName + "@" + label.
-    std::string GetFileLabelKey() const { return sourceName + "@" + label; }
+    // SourceName() of the owner + "@" + label.
+    std::string GetFileLabelKey() const;
     // "[3,7] LABEL", or "[3] LABEL" where both rows are equal; for messages and the log.
     std::string GetRangeLabel() const;
 
@@ -64,11 +64,10 @@ public:
     std::string label;                           // full label, such as INPUT:PERSON:NAME
     const VariableOwner* ownerEntity = nullptr;  // not owned
     std::shared_ptr<HeldEntity> typeSchema;      // the type or instance that this holds; null if none
-    HeldEntity* elementOf = nullptr;  // the instance whose element this is; not owned
+    HeldEntity* elementOf = nullptr;             // the instance whose element this is; not owned
     int typeId;
     int elementTypeId = 0;  // of a bracket list or instance: its element's type; 0 records, 27 a whole declared type
     std::string typeName;
-    std::string sourceName;
     int entityLine = -1;  // line of the declaration
     bool ownsStorage = true;
     int elementKind = kElementNone;

@@ -22,8 +22,6 @@ std::string_view DefaultText(int typeId) {
     }
 }
 
-constexpr std::string_view kNoCell = "#####";
-
 }  // namespace
 
 CVariableKVLCategoryList::~CVariableKVLCategoryList() {
@@ -82,13 +80,6 @@ CVariable* CVariableKVLCategoryList::FindColumn(std::string_view columnLabel) co
 
 CVariableKVLCategoryList* CVariableKVLCategoryList::NestedList(std::size_t index) const {
     return columns_[index]->IsList() ? static_cast<CVariableKVLCategoryList*>(columns_[index]) : nullptr;
-}
-
-void CVariableKVLCategoryList::AddColumnsFrom(const CVariableKVLCategoryList& other) {
-    for (CVariable* column : other.columns_) {
-        if (!FindColumn(column->label)) columns_.push_back(column);
-        labelsSorted_ = false;
-    }
 }
 
 // --- keys ---
@@ -154,20 +145,6 @@ void CVariableKVLCategoryList::AppendDefaultRecords(int count) {
     }
 }
 
-bool CVariableKVLCategoryList::GetRecordValue(std::string_view columnLabel, const Record& record,
-                                              std::string_view& text) const {
-    text = kNoCell;
-    int index = 0;
-    if (!IsBracketList()) {
-        const CVariable* column = FindColumn(columnLabel);
-        if (!column) return false;
-        index = static_cast<int>(std::find(columns_.begin(), columns_.end(), column) - columns_.begin());
-    }
-    if (columns_.empty() || !record.Has(index)) return false;
-    text = record.Get(index);
-    return true;
-}
-
 int CVariableKVLCategoryList::ColumnIndexFor(const CVariable& column) const {
     if (IsBracketList()) return columns_.empty() ? -1 : 0;
     const int index = column.columnIndex;
@@ -192,11 +169,6 @@ bool CVariableKVLCategoryList::HasSameShape(const CVariableKVLCategoryList& othe
 }
 
 // --- walking ---
-
-bool CVariableKVLCategoryList::FirstRecord(RecordStore::Position& position) const {
-    position = records_.Begin();
-    return !records_.Empty();
-}
 
 bool CVariableKVLCategoryList::NextRecord(PathView key, RecordStore::Position& position) const {
     const RecordStore::Position current = records_.LowerBound(key);
@@ -259,19 +231,59 @@ void CVariableKVLCategoryList::DetachCursors() {
 // --- removing ---
 
 void CVariableKVLCategoryList::RemoveRecords(PathView parentKey) {
+    if (!parentList) parentKey = {};
+    std::vector<Stray> strays;
+    TakeStrays(parentKey, strays);
+    RemoveWithNested(parentKey);
+    PutBack(strays);
+}
+
+void CVariableKVLCategoryList::RemoveWithNested(PathView parentKey) {
     DetachCursors();
     for (std::size_t i = 0; i < columns_.size(); ++i) {
-        if (CVariableKVLCategoryList* nested = NestedList(i)) {
-            nested->RemoveRecords(parentList ? parentKey : PathView());
-        }
+        if (CVariableKVLCategoryList* nested = NestedList(i)) nested->RemoveWithNested(parentKey);
     }
-    if (!parentList || parentKey.empty()) {
+    if (parentKey.empty()) {
         records_.Clear();
         arena_.clear();
         input_.reset();
     } else {
         records_.Erase(records_.LowerBound(parentKey), records_.Behind(parentKey));
     }
+}
+
+// The strays of a list come first, so that what hangs below them is stray as well. One walk for each list.
+void CVariableKVLCategoryList::TakeStrays(PathView parentKey, std::vector<Stray>& strays) {
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        CVariableKVLCategoryList* nested = NestedList(i);
+        if (!nested) continue;
+        nested->TakeOwnStrays(parentKey, strays);
+        nested->TakeStrays(parentKey, strays);
+    }
+}
+
+void CVariableKVLCategoryList::TakeOwnStrays(PathView parentKey, std::vector<Stray>& strays) {
+    const RecordStore& parents = parentList->records_;
+    std::vector<RecordStore::Position> found;
+    RecordStore::Position parent = parents.LowerBound(parentKey);
+    const RecordStore::Position end = records_.Behind(parentKey);
+    for (RecordStore::Position p = records_.LowerBound(parentKey); p != end; p = records_.Next(p)) {
+        const PathView path = records_.PathAt(p);
+        const PathView above = path.first(path.size() - 1);
+        while (parent != parents.End() && ComparePaths(parents.PathAt(parent), above) < 0)
+            parent = parents.Next(parent);
+        if (parent == parents.End() || ComparePaths(parents.PathAt(parent), above) != 0) found.push_back(p);
+    }
+    if (!found.empty()) DetachCursors();
+    for (std::size_t i = found.size(); i-- > 0;) {
+        strays.push_back({this, RecordPath(records_.PathAt(found[i])), records_.At(found[i]).Copy()});
+        records_.Erase(found[i], records_.Next(found[i]));
+    }
+}
+
+void CVariableKVLCategoryList::PutBack(std::vector<Stray>& strays) {
+    for (Stray& stray : strays)
+        stray.list->InsertRecord(stray.path, std::move(stray.record));
 }
 
 CVariableKVLCategoryList* FindListOf(CVariable& variable) {

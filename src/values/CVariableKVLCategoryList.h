@@ -33,8 +33,6 @@ public:
     void ColumnsRelabelled() { labelsSorted_ = false; }
     // The list that column `index` is, or null.
     CVariableKVLCategoryList* NestedList(std::size_t index) const;
-    // Takes every column of `other` that it lacks, without becoming their owner.
-    void AddColumnsFrom(const CVariableKVLCategoryList& other);
     bool IsBracketList() const { return elementTypeId != 0 && elementTypeId != kTypeType; }
 
     // --- keys ---
@@ -57,15 +55,11 @@ public:
     void AppendEmptyRecord();
     // Records of "0", "FALSE" or empty cells by the columns' types.
     void AppendDefaultRecords(int count);
-    // The record's text for a label: its one column in a bracket list, whatever the label. False if there is no such
-    // cell; `text` is "#####" then.
-    bool GetRecordValue(std::string_view columnLabel, const Record& record, std::string_view& text) const;
     // The index of the column that a label means; -1 if none.
     int ColumnIndexFor(const CVariable& column) const;
     bool HasSameShape(const CVariableKVLCategoryList& other) const;
 
     // --- walking; all true when a record was found ---
-    bool FirstRecord(RecordStore::Position& position) const;
     bool NextRecord(PathView key, RecordStore::Position& position) const;
     bool FirstInParent(PathView parentKey, RecordStore::Position& position) const;
     bool NextInParent(PathView parentKey, PathView key, RecordStore::Position& position) const;

@@ -37,7 +37,8 @@ void CVariableKVLDirectory::ShareValue(const CVariable& source) {
 
 void CVariableKVLDirectory::CreateValue() {
     value_ = std::make_shared<Value>();
-    SetPaths({Files().CurrentDirectory()});
+    // A working directory that is gone is no path: an empty one would lead to the root.
+    if (std::string here = Files().CurrentDirectory(); !here.empty()) SetPaths({std::move(here)});
 }
 
 void CVariableKVLDirectory::DestroyValue() {

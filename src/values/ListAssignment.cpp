@@ -6,38 +6,63 @@ namespace kvl {
 
 namespace {
 
-// A record of a copy's source: its key and its cells, by the source's columns.
-struct ScopeRecord {
+// A record of a copy's source: its key and its cells, by the source's columns. It is looked at in its list, or copied
+// where the assignment changes that list too.
+class ScopeRecord {
+public:
+    ScopeRecord(const RecordPath& path, const Record& record, bool copies)
+        : key(path), own_(copies ? record.Copy() : Record()), listed_(copies ? nullptr : &record) {}
+
+    const Record& Get() const { return listed_ ? *listed_ : own_; }
     RecordPath key;
-    const Record* record;
+
+private:
+    Record own_;
+    const Record* listed_;  // not owned
 };
 using ScopeRecords = std::vector<ScopeRecord>;
 
-ScopeRecords RecordsBetween(const RecordStore& store, RecordStore::Position first, RecordStore::Position last) {
+const CVariableKVLCategoryList& TopList(const CVariableKVLCategoryList& list) {
+    return list.parentList ? TopList(*list.parentList) : list;
+}
+
+// An assignment between lists of one tree can write into the list that it reads.
+bool AreInOneTree(const CVariableKVLCategoryList& a, const CVariableKVLCategoryList& b) {
+    return &TopList(a) == &TopList(b);
+}
+
+ScopeRecords RecordsBetween(const RecordStore& store, RecordStore::Position first, RecordStore::Position last,
+                            bool copies) {
     ScopeRecords records;
     for (; first != last; first = store.Next(first)) {
-        records.push_back({RecordPath(store.PathAt(first)), &store.At(first)});
+        records.emplace_back(RecordPath(store.PathAt(first)), store.At(first), copies);
     }
     return records;
 }
 
-ScopeRecords RecordsOfParent(const CVariableKVLCategoryList& list, PathView parentKey) {
-    return RecordsBetween(list.Records(), list.Records().LowerBound(parentKey), list.Records().Behind(parentKey));
+ScopeRecords RecordsOfParent(const CVariableKVLCategoryList& list, PathView parentKey, bool copies) {
+    const RecordStore& store = list.Records();
+    return RecordsBetween(store, store.LowerBound(parentKey), store.Behind(parentKey), copies);
 }
 
-ScopeRecords AllRecords(const CVariableKVLCategoryList& list) {
-    return RecordsBetween(list.Records(), list.Records().Begin(), list.Records().End());
+ScopeRecords AllRecords(const CVariableKVLCategoryList& list, bool copies) {
+    return RecordsBetween(list.Records(), list.Records().Begin(), list.Records().End(), copies);
 }
 
-// The records of the list that the running loops select.
-ScopeRecords GetScopeRecords(const CVariableKVLCategoryList& list, const LoopStack& loops) {
+// The records of the list that the running loops select, for an assignment to `destination`.
+ScopeRecords GetScopeRecords(const CVariableKVLCategoryList& list, const CVariableKVLCategoryList& destination,
+                             const LoopStack& loops) {
+    const bool copies = AreInOneTree(list, destination);
+    ScopeRecords records;
     if (RunningLoop* loop = loops.FindLoop(&list)) {
         const ListCursor& cursor = loop->CursorOn(&list);
-        return {{cursor.key, &cursor.Current()}};
+        records.emplace_back(cursor.key, cursor.Current(), copies);
+    } else if (!list.parentList) {
+        records = AllRecords(list, copies);
+    } else if (const RecordPath* parentKey = list.GetParentKey(loops)) {
+        records = RecordsOfParent(list, *parentKey, copies);
     }
-    if (!list.parentList) return AllRecords(list);
-    if (const RecordPath* parentKey = list.GetParentKey(loops)) return RecordsOfParent(list, *parentKey);
-    return {};
+    return records;
 }
 
 }  // namespace
@@ -49,14 +74,17 @@ class ListCopier {
 public:
     ListCopier(CVariableKVLCategoryList& destination, const LoopStack& loops, CopyMode mode)
         : list_(destination), loops_(loops), mode_(mode) {
-        list_.FindLoops(loops_, loop_, parentLoop_);
+        RunningLoop* parentLoop = nullptr;
+        list_.FindLoops(loops_, loop_, parentLoop);
+        if (parentLoop) parentKey_ = &parentLoop->CursorOn(list_.parentList).key;
     }
 
     // Cells are paired with the columns by position, which is the alphabetical order of the labels on both sides.
     void CopyRecords(const std::vector<CVariable*>& sourceColumns, const ScopeRecords& records) const {
         for (const ScopeRecord& source : records) {
-            if (!CopyNested(sourceColumns, source.key)) return;
-            Store(ChooseKey(), BuildRecord(sourceColumns.size(), *source.record));
+            const RecordPath key = ChooseKey();
+            if (!CopyNested(sourceColumns, source.key, key)) return;
+            Store(key, BuildRecord(sourceColumns.size(), source.Get()));
         }
     }
 
@@ -72,9 +100,10 @@ private:
         return record;
     }
 
-    // The records below come first: their keys rest on the number of records that the parents have before the parent
-    // record is added. False when a list meets itself, which ends the whole copy.
-    bool CopyNested(const std::vector<CVariable*>& sourceColumns, const RecordPath& key) const {
+    // The records below come first, under the key that the record is going to get. False when a list meets itself,
+    // which ends the whole copy.
+    bool CopyNested(const std::vector<CVariable*>& sourceColumns, const RecordPath& sourceKey,
+                    const RecordPath& key) const {
         for (std::size_t i = 0; i < std::min(sourceColumns.size(), list_.Columns().size()); ++i) {
             CVariableKVLCategoryList* destination = list_.NestedList(i);
             if (!sourceColumns[i]->IsList() || !destination) continue;
@@ -85,8 +114,12 @@ private:
                     destination->RemoveRecords(RecordPath(*parentKey));
                 }
             }
-            const ScopeRecords records = source.parentList ? RecordsOfParent(source, key) : AllRecords(source);
-            ListCopier(*destination, loops_, mode_).CopyRecords(source.Columns(), records);
+            const bool copies = AreInOneTree(source, *destination);
+            const ScopeRecords records =
+                source.parentList ? RecordsOfParent(source, sourceKey, copies) : AllRecords(source, copies);
+            ListCopier nested(*destination, loops_, mode_);
+            nested.parentKey_ = &key;
+            nested.CopyRecords(source.Columns(), records);
         }
         return true;
     }
@@ -94,12 +127,9 @@ private:
     RecordPath ChooseKey() const {
         if (loop_) return loop_->CursorOn(&list_).key;
         RecordPath key = list_.GetNewKey();
-        if (parentLoop_) {
-            const RecordPath& parentKey = parentLoop_->CursorOn(list_.parentList).key;
-            const PathView leading = parentKey.View();
-            for (std::size_t i = 0; i < std::min(leading.size(), key.Size()); ++i)
-                key[i] = leading[i];
-        }
+        const PathView leading = parentKey_ ? parentKey_->View() : PathView();
+        for (std::size_t i = 0; i < std::min(leading.size(), key.Size()); ++i)
+            key[i] = leading[i];
         return key;
     }
 
@@ -136,7 +166,7 @@ private:
     const LoopStack& loops_;
     CopyMode mode_;
     RunningLoop* loop_ = nullptr;
-    RunningLoop* parentLoop_ = nullptr;
+    const RecordPath* parentKey_ = nullptr;  // of the record below which the copies come; null: of a new one
 };
 
 namespace {
@@ -144,7 +174,7 @@ namespace {
 // No loop runs over the source.
 void AssignAllFrom(CVariableKVLCategoryList& destination, const CVariableKVLCategoryList& source,
                    const LoopStack& loops) {
-    const ScopeRecords records = GetScopeRecords(source, loops);
+    const ScopeRecords records = GetScopeRecords(source, destination, loops);
     const ListCopier copier(destination, loops, CopyMode::All);
     const bool hasLoop = loops.FindLoop(&destination) != nullptr;
     const RecordPath* parentKey = destination.GetParentKey(loops);
@@ -158,7 +188,7 @@ void AssignAllFrom(CVariableKVLCategoryList& destination, const CVariableKVLCate
 // A loop runs over the source: its current record is copied.
 void AssignRecordFrom(CVariableKVLCategoryList& destination, const CVariableKVLCategoryList& source,
                       const LoopStack& loops) {
-    const ScopeRecords records = GetScopeRecords(source, loops);
+    const ScopeRecords records = GetScopeRecords(source, destination, loops);
     if (!destination.parentList && !loops.FindLoop(&destination)) destination.RemoveRecords({});
     ListCopier(destination, loops, CopyMode::Record).CopyRecords(source.Columns(), records);
 }
@@ -184,14 +214,16 @@ void AssignFromInstance(CVariableKVLCategoryList& destination, const InstanceVar
     Record record;
     for (std::size_t i = 0; i < columns.size(); ++i)
         record.Set(static_cast<int>(i), columns[i]->GetText());
-    ListCopier(destination, loops, CopyMode::FromInstance).CopyRecords(columns, {{destination.GetNewKey(), &record}});
+    ScopeRecords records;
+    records.emplace_back(destination.GetNewKey(), record, false);
+    ListCopier(destination, loops, CopyMode::FromInstance).CopyRecords(columns, records);
 }
 
 void AssignToInstance(const CVariableKVLCategoryList& source, const InstanceVariables& variables,
                       const LoopStack& loops) {
     RunningLoop* loop = loops.FindLoop(&source);
-    const Record empty;
-    const Record& record = loop ? loop->CursorOn(&source).Current() : empty;
+    // A copy: the instance may be the one that has the list.
+    const Record record = loop ? loop->CursorOn(&source).Current().Copy() : Record();
     const std::size_t count = std::min(variables.size(), source.Columns().size() + 1);
     for (std::size_t i = 1; i < count; ++i) {
         CVariable& variable = *variables[i];
@@ -201,7 +233,7 @@ void AssignToInstance(const CVariableKVLCategoryList& source, const InstanceVari
         list.RemoveRecords({});
         if (const CVariableKVLCategoryList* nested = source.NestedList(i - 1)) {
             ListCopier(list, loops, CopyMode::ToInstance)
-                .CopyRecords(nested->Columns(), GetScopeRecords(*nested, loops));
+                .CopyRecords(nested->Columns(), GetScopeRecords(*nested, list, loops));
         }
     }
 }
@@ -209,12 +241,12 @@ void AssignToInstance(const CVariableKVLCategoryList& source, const InstanceVari
 void CopyFromList(CVariableKVLCategoryList& destination, const CVariableKVLCategoryList& source) {
     destination.RemoveRecords({});
     const std::vector<CVariable*>& columns = source.Columns();
-    for (const ScopeRecord& entry : AllRecords(source)) {
+    for (const ScopeRecord& entry : AllRecords(source, false)) {
         Record record;
         for (std::size_t i = 0; i < columns.size(); ++i) {
             const CVariable* column = destination.FindColumn(columns[i]->label);
             const int index = column ? destination.ColumnIndexFor(*column) : destination.IsBracketList() ? 0 : -1;
-            if (index >= 0) record.Set(index, entry.record->Get(static_cast<int>(i)));
+            if (index >= 0) record.Set(index, entry.Get().Get(static_cast<int>(i)));
         }
         destination.InsertRecord(entry.key, std::move(record));
     }

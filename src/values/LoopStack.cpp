@@ -11,9 +11,11 @@ Record& ListCursor::Own() {
     return own_;
 }
 
-void ListCursor::Borrow(Record& record) {
+void ListCursor::Borrow(RecordStore::Position position) {
     if (!borrowed_) list->borrowers_.push_back(this);
-    borrowed_ = &record;
+    borrowed_ = &list->records_.At(position);
+    position_ = position;
+    key.Assign(list->records_.PathAt(position));
 }
 
 void ListCursor::Hold(Record&& record) {

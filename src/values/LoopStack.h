@@ -3,8 +3,7 @@
 
 #include <vector>
 
-#include "values/Record.h"
-#include "values/RecordPath.h"
+#include "values/RecordStore.h"
 
 namespace kvl {
 
@@ -28,8 +27,10 @@ public:
     // The copy that may be written without the list's record.
     Record& Own();
     bool IsBorrowed() const { return borrowed_ != nullptr; }
-    // Looks at `record` of the list, under `key`.
-    void Borrow(Record& record);
+    // Goes to a record of the list and looks at it there.
+    void Borrow(RecordStore::Position position);
+    // The place of the borrowed record: as long as it is borrowed, the set of records has not changed.
+    RecordStore::Position Position() const { return position_; }
     // Holds a record of its own, which the list does not have.
     void Hold(Record&& record);
     // Copies the borrowed record; called by the list before its records change.
@@ -39,6 +40,7 @@ private:
     void LetGo();
 
     Record* borrowed_ = nullptr;  // in the list, which knows of it
+    RecordStore::Position position_;
     Record own_;
 };
 

@@ -6,8 +6,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <string_view>
+#include <type_traits>
 #include <unordered_set>
+#include <utility>
+#include <vector>
 
 #include "text/Numbers.h"
 
@@ -42,110 +46,127 @@ CellKind GetCellKind(int typeId) {
     }
 }
 
-// The records of a scope and all that is nested below them, out of their lists.
+// The records of a scope and all that is nested below them, out of their lists. Paths and records lie side by side, so
+// that a million of them is little more than the records themselves.
 class RecordOrder {
 public:
+    using Index = std::uint32_t;  // of a record in the scope or among the records of one list below it
+
     RecordOrder(CVariableKVLCategoryList& list, PathView parentKey) : list_(list), parentKey_(parentKey) {}
 
     // The scope's records as they stand, before they are taken out.
-    std::vector<const Record*> Scope() const {
-        std::vector<const Record*> records;
+    template <class Visit>
+    void VisitScope(Visit visit) const {
         const RecordStore& store = list_.records_;
         const RecordStore::Position end = store.Behind(parentKey_);
-        for (RecordStore::Position p = store.LowerBound(parentKey_); p != end; p = store.Next(p)) {
-            records.push_back(&store.At(p));
-        }
-        return records;
+        for (RecordStore::Position p = store.LowerBound(parentKey_); p != end; p = store.Next(p))
+            visit(store.At(p));
+    }
+    Index Count() const {
+        Index count = 0;
+        VisitScope([&count](const Record&) { ++count; });
+        return count;
     }
 
     // Record order[i] of the scope comes to the i-th place, with all below it; records that are not named are dropped.
     // For each, `target` gives the numbers that the smallest numbers of its subtree become.
     template <class Target>
-    void Arrange(const std::vector<std::size_t>& order, Target target) {
+    void Arrange(const std::vector<Index>& order, Target target) {
         std::vector<CVariableKVLCategoryList::Stray> strays;
         list_.TakeStrays(parentKey_, strays);
         TakeOut(list_);
         CVariableKVLCategoryList::PutBack(strays);
         FindSubtrees();
-        for (std::size_t place = 0; place < order.size(); ++place) {
-            const std::size_t old = order[place];
+        for (Index place = 0; place < order.size(); ++place) {
+            const Index old = order[place];
             const RecordPath lowest = Lowest(old);
             PutBack(old, target(*this, place, old, lowest), lowest);
         }
     }
 
-    PathView OldKey(std::size_t index) const { return taken_.front().entries[index].path; }
+    PathView OldKey(Index index) const { return taken_.front().PathOf(index); }
 
 private:
     struct Taken {
-        CVariableKVLCategoryList* list;
-        std::vector<RecordStore::Entry> entries;  // in order of their old keys
-        std::vector<std::size_t> ranges;          // two by record of the scope: where its subtree begins and ends
+        CVariableKVLCategoryList* list = nullptr;
+        std::size_t depth = 0;        // numbers of a path
+        std::vector<int> paths;       // in order
+        std::vector<Record> records;  // in the same order
+        std::vector<Index> subtrees;  // by record of the scope: where its subtree begins, which is where the last ended
+
+        Index Size() const { return static_cast<Index>(records.size()); }
+        PathView PathOf(Index index) const { return {paths.data() + index * depth, depth}; }
     };
 
     void TakeOut(CVariableKVLCategoryList& list) {
         list.DetachCursors();
         RecordStore& store = list.records_;
-        taken_.push_back({&list, store.Take(store.LowerBound(parentKey_), store.Behind(parentKey_)), {}});
+        const RecordStore::Position first = store.LowerBound(parentKey_);
+        const RecordStore::Position last = store.Behind(parentKey_);
+        Taken taken;
+        taken.list = &list;
+        taken.depth = static_cast<std::size_t>(list.GetDepth());
+        if (parentKey_.Empty()) {
+            taken.paths.reserve(store.Size() * taken.depth);
+            taken.records.reserve(store.Size());
+        }
+        for (RecordStore::Position p = first; p != last; p = store.Next(p)) {
+            const PathView path = store.PathAt(p);
+            taken.paths.insert(taken.paths.end(), path.begin(), path.end());
+            taken.records.push_back(std::move(store.At(p)));
+        }
+        store.Erase(first, last);
+        taken_.push_back(std::move(taken));
         for (std::size_t i = 0; i < list.Columns().size(); ++i) {
             if (CVariableKVLCategoryList* nested = list.NestedList(i)) TakeOut(*nested);
         }
     }
 
-    static bool IsBelow(PathView path, PathView key) {
-        return path.size() >= key.size() && std::equal(key.begin(), key.end(), path.begin());
-    }
-
     // Children of one record are neighbours, and the neighbours of all lists stand in the order of the scope: one walk.
     void FindSubtrees() {
-        const std::vector<RecordStore::Entry>& scope = taken_.front().entries;
+        const Taken& scope = taken_.front();
         for (Taken& taken : taken_) {
-            std::size_t next = 0;
-            taken.ranges.reserve(2 * scope.size());
-            for (const RecordStore::Entry& parent : scope) {
-                while (next < taken.entries.size() && ComparePaths(taken.entries[next].path, parent.path) < 0)
+            Index next = 0;
+            taken.subtrees.reserve(scope.records.size() + 1);
+            for (Index i = 0; i < scope.Size(); ++i) {
+                taken.subtrees.push_back(next);
+                const PathView key = scope.PathOf(i);
+                while (next < taken.Size() && std::equal(key.begin(), key.end(), taken.PathOf(next).begin()))
                     ++next;
-                taken.ranges.push_back(next);
-                while (next < taken.entries.size() && IsBelow(taken.entries[next].path, parent.path))
-                    ++next;
-                taken.ranges.push_back(next);
             }
-        }
-    }
-
-    template <class Visit>
-    void VisitSubtree(std::size_t index, Visit visit) {
-        for (Taken& taken : taken_) {
-            for (std::size_t i = taken.ranges[2 * index]; i < taken.ranges[2 * index + 1]; ++i) {
-                visit(*taken.list, taken.entries[i]);
-            }
+            taken.subtrees.push_back(next);
         }
     }
 
     // The smallest number at each position among the keys of a subtree; as many as its longest key has.
-    RecordPath Lowest(std::size_t index) {
-        RecordPath lowest;
-        VisitSubtree(index, [&](CVariableKVLCategoryList&, const RecordStore::Entry& entry) {
-            const PathView path = entry.path.View();
-            for (std::size_t i = 0; i < path.size(); ++i) {
-                if (i == lowest.Size()) {
-                    lowest.Append(path[i]);
-                } else {
-                    lowest[i] = std::min(lowest[i], path[i]);
+    RecordPath Lowest(Index index) const {
+        RecordPath lowest(OldKey(index));
+        const std::size_t depth = lowest.Size();
+        for (const Taken& taken : taken_) {
+            for (Index i = taken.subtrees[index]; i < taken.subtrees[index + 1]; ++i) {
+                const PathView path = taken.PathOf(i);
+                for (std::size_t level = depth; level < path.size(); ++level) {
+                    if (level == lowest.Size()) {
+                        lowest.Append(path[level]);
+                    } else {
+                        lowest[level] = std::min(lowest[level], path[level]);
+                    }
                 }
             }
-        });
+        }
         return lowest;
     }
 
-    void PutBack(std::size_t index, const RecordPath& base, const RecordPath& lowest) {
-        VisitSubtree(index, [&](CVariableKVLCategoryList& list, RecordStore::Entry& entry) {
-            RecordPath path = entry.path;
-            for (std::size_t i = 0; i < path.Size(); ++i)
-                path[i] += base.View()[i] - lowest.View()[i];
-            bool inserted = false;
-            list.records_.Insert(path, std::move(entry.record), inserted);
-        });
+    void PutBack(Index index, const RecordPath& base, const RecordPath& lowest) {
+        for (Taken& taken : taken_) {
+            for (Index i = taken.subtrees[index]; i < taken.subtrees[index + 1]; ++i) {
+                RecordPath path(taken.PathOf(i));
+                for (std::size_t level = 0; level < path.Size(); ++level)
+                    path[level] += base.View()[level] - lowest.View()[level];
+                bool inserted = false;
+                taken.list->records_.Insert(path, std::move(taken.records[i]), inserted);
+            }
+        }
     }
 
     CVariableKVLCategoryList& list_;
@@ -155,8 +176,10 @@ private:
 
 namespace {
 
+using Index = RecordOrder::Index;
+
 // New keys number the scope from 0, and what is nested below each record from its new number.
-RecordPath NumberedFromZero(const RecordOrder& records, std::size_t place, std::size_t old, const RecordPath& lowest) {
+RecordPath NumberedFromZero(const RecordOrder& records, Index place, Index old, const RecordPath& lowest) {
     RecordPath base(records.OldKey(old));
     const int number = static_cast<int>(place);
     base[base.Size() - 1] = number;
@@ -167,7 +190,7 @@ RecordPath NumberedFromZero(const RecordOrder& records, std::size_t place, std::
 
 // The record takes the key of the one whose place it takes, and what is nested below is numbered from 0; the one in the
 // middle stays as it is.
-RecordPath KeyOfPlace(const RecordOrder& records, std::size_t place, std::size_t old, const RecordPath& lowest) {
+RecordPath KeyOfPlace(const RecordOrder& records, Index place, Index old, const RecordPath& lowest) {
     if (place == old) return lowest;
     RecordPath base(records.OldKey(place));
     while (base.Size() < lowest.Size())
@@ -175,80 +198,82 @@ RecordPath KeyOfPlace(const RecordOrder& records, std::size_t place, std::size_t
     return base;
 }
 
-struct SortEntry {
-    std::size_t index;
-    std::int32_t integer;
-    float number;
-    std::string_view text;
+// A record of the scope by what it is compared by.
+template <class Value>
+struct Keyed {
+    Value value;
+    Index index;
 };
 
-std::vector<SortEntry> BuildEntries(const std::vector<const Record*>& scope, int column, CellKind kind) {
-    std::vector<SortEntry> entries;
-    entries.reserve(scope.size());
-    for (std::size_t i = 0; i < scope.size(); ++i) {
-        SortEntry entry{i, 0, 0, scope[i]->Get(column)};
-        if (kind == CellKind::Integer) entry.integer = ReadInteger(entry.text);
-        if (kind == CellKind::Float) entry.number = static_cast<float>(ReadFloat(entry.text));
-        entries.push_back(entry);
-    }
-    return entries;
+template <class Read>
+auto ReadColumn(const RecordOrder& records, int column, Read read) {
+    std::vector<Keyed<decltype(read(std::string_view()))>> keys;
+    records.VisitScope([&](const Record& record) {
+        keys.push_back({read(record.Get(column)), static_cast<Index>(keys.size())});
+    });
+    return keys;
 }
 
-bool ComesBefore(const SortEntry& a, const SortEntry& b, CellKind kind) {
-    if (kind == CellKind::Integer) return a.integer < b.integer;
-    if (kind != CellKind::Float) return a.text < b.text;
-    if (std::isnan(a.number) || std::isnan(b.number)) return !std::isnan(a.number) && std::isnan(b.number);
-    return a.number < b.number;
+// Hands the column's values to `visit`, in the form in which its kind compares them.
+template <class Visit>
+std::vector<Index> WithValues(const RecordOrder& records, int column, CellKind kind, Visit visit) {
+    if (kind == CellKind::Integer) return visit(ReadColumn(records, column, ReadInteger));
+    if (kind != CellKind::Float) return visit(ReadColumn(records, column, [](std::string_view text) { return text; }));
+    return visit(
+        ReadColumn(records, column, [](std::string_view text) { return static_cast<float>(ReadFloat(text)); }));
 }
 
-template <class Key, class KeyOf>
-std::vector<std::size_t> FirstOfEach(const std::vector<SortEntry>& entries, KeyOf keyOf) {
-    std::unordered_set<Key> seen;
-    std::vector<std::size_t> kept;
-    for (const SortEntry& entry : entries) {
-        const bool isNumber = !std::isnan(entry.number);
-        if (!isNumber || seen.insert(keyOf(entry)).second) kept.push_back(entry.index);
-    }
+template <class Value>
+bool IsNoNumber(const Value& value) {
+    if constexpr (std::is_same_v<Value, float>) return std::isnan(value);
+    return false;
+}
+
+template <class Value>
+std::vector<Index> InOrder(std::vector<Keyed<Value>> keys) {
+    std::stable_sort(keys.begin(), keys.end(), [](const Keyed<Value>& a, const Keyed<Value>& b) {
+        if (IsNoNumber(a.value) || IsNoNumber(b.value)) return !IsNoNumber(a.value) && IsNoNumber(b.value);
+        return a.value < b.value;
+    });
+    std::vector<Index> order;
+    order.reserve(keys.size());
+    for (const Keyed<Value>& key : keys)
+        order.push_back(key.index);
+    return order;
+}
+
+template <class Value>
+std::vector<Index> FirstOfEach(const std::vector<Keyed<Value>>& keys) {
+    std::unordered_set<Value> seen;
+    seen.reserve(keys.size());
+    std::vector<Index> kept;
+    for (const Keyed<Value>& key : keys)
+        if (IsNoNumber(key.value) || seen.insert(key.value).second) kept.push_back(key.index);
     return kept;
-}
-
-std::vector<std::size_t> KeptByUnify(const std::vector<SortEntry>& entries, CellKind kind) {
-    if (kind == CellKind::Integer) {
-        return FirstOfEach<std::int32_t>(entries, [](const SortEntry& entry) { return entry.integer; });
-    }
-    if (kind == CellKind::Float) {
-        return FirstOfEach<float>(entries, [](const SortEntry& entry) { return entry.number; });
-    }
-    return FirstOfEach<std::string_view>(entries, [](const SortEntry& entry) { return entry.text; });
 }
 
 }  // namespace
 
 void ReverseRecords(CVariableKVLCategoryList& list, PathView parentKey) {
     RecordOrder records(list, parentKey);
-    const std::size_t count = records.Scope().size();
+    const Index count = records.Count();
     if (count < 2) return;
-    std::vector<std::size_t> order(count);
-    for (std::size_t i = 0; i < count; ++i)
+    std::vector<Index> order(count);
+    for (Index i = 0; i < count; ++i)
         order[i] = count - 1 - i;
     records.Arrange(order, KeyOfPlace);
 }
 
 void SortRecords(CVariableKVLCategoryList& list, PathView parentKey, int column, CellKind kind) {
     RecordOrder records(list, parentKey);
-    std::vector<SortEntry> entries = BuildEntries(records.Scope(), column, kind);
-    std::stable_sort(entries.begin(), entries.end(),
-                     [kind](const SortEntry& a, const SortEntry& b) { return ComesBefore(a, b, kind); });
-    std::vector<std::size_t> order;
-    order.reserve(entries.size());
-    for (const SortEntry& entry : entries)
-        order.push_back(entry.index);
-    records.Arrange(order, NumberedFromZero);
+    records.Arrange(WithValues(records, column, kind, [](auto keys) { return InOrder(std::move(keys)); }),
+                    NumberedFromZero);
 }
 
 void UnifyRecords(CVariableKVLCategoryList& list, PathView parentKey, int column, CellKind kind) {
     RecordOrder records(list, parentKey);
-    records.Arrange(KeptByUnify(BuildEntries(records.Scope(), column, kind), kind), NumberedFromZero);
+    records.Arrange(WithValues(records, column, kind, [](const auto& keys) { return FirstOfEach(keys); }),
+                    NumberedFromZero);
 }
 
 }  // namespace kvl

@@ -22,9 +22,7 @@ void RecordPath::Assign(PathView path) {
         std::vector<int> copy(path.begin(), path.end());  // `path` may be a view of this very object
         longer_ = std::move(copy);
     } else {
-        std::array<int, kInline> copy{};
-        std::copy(path.begin(), path.end(), copy.begin());
-        inline_ = copy;
+        std::copy(path.begin(), path.end(), inline_.begin());  // which moves the numbers of such a view to the front
     }
     size_ = path.size();
 }

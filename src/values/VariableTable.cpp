@@ -7,8 +7,9 @@ namespace kvl {
 namespace {
 
 constexpr std::size_t kRememberedNames = 256;
-// A table that is asked less often than this, as that of a short call, does not remember.
-constexpr unsigned kLookupsBeforeRemembering = 8;
+// A table that is asked less often than this, as that of a single short call, does not remember.
+constexpr unsigned kLookupsBeforeRemembering = 32;
+constexpr std::uint64_t kEveryEpoch = 0;
 
 // The tokens between the gap marks, empty ones left out.
 std::vector<std::string_view> SplitAtGaps(std::string_view name) {
@@ -70,28 +71,36 @@ CVariable* VariableTable::Find(std::string_view label) const {
 
 CVariable* VariableTable::FindOne(std::string_view name) const {
     if (remembered_.empty()) {
-        if (++lookups_ < kLookupsBeforeRemembering) return FindUncached(name);
+        if (++lookups_ < kLookupsBeforeRemembering) {
+            const Slot* slot = FindSlot(name);
+            return slot ? slot->variable : nullptr;
+        }
         remembered_.resize(kRememberedNames);
     }
     Remembered& entry = remembered_[(reinterpret_cast<std::uintptr_t>(name.data()) >> 3) % kRememberedNames];
-    if (entry.variable && entry.name == name) return entry.variable;
+    const bool holds = entry.variable && (entry.epoch == kEveryEpoch || entry.epoch == epoch_);
+    if (holds && entry.name == name) return entry.variable;
 
-    CVariable* variable = FindUncached(name);
-    if (!variable) return nullptr;
+    const Slot* slot = FindSlot(name);
+    if (!slot) return nullptr;
     entry.name.assign(name);  // the slot's memory is used again
-    entry.variable = variable;
-    return variable;
+    entry.variable = slot->variable;
+    entry.epoch = IsExact(name) && !slot->isLocal ? kEveryEpoch : epoch_;
+    return slot->variable;
 }
 
-CVariable* VariableTable::FindUncached(std::string_view name) const {
-    if (IsExact(name)) return Find(name);
-    const std::vector<const std::string*> matches = Matches(name);
-    return matches.size() == 1 ? Find(*matches.front()) : nullptr;
+const VariableTable::Slot* VariableTable::FindSlot(std::string_view name) const {
+    if (IsExact(name)) {
+        const auto found = slots_.find(name);
+        return found == slots_.end() ? nullptr : &found->second;
+    }
+    const Labels matches = Matches(name);
+    return matches.size() == 1 ? &slots_.find(*matches.front())->second : nullptr;
 }
 
 VariableTable::Selection VariableTable::Select(std::string_view name) const {
     Selection selection;
-    std::vector<const std::string*> matches = Matches(name);
+    Labels matches = Matches(name);
     if (matches.empty()) return selection;
     const std::size_t shown = std::min<std::size_t>(3, matches.size());
     std::partial_sort(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(shown), matches.end(),
@@ -105,15 +114,15 @@ VariableTable::Selection VariableTable::Select(std::string_view name) const {
 
 bool VariableTable::Insert(std::unique_ptr<CVariable> variable) {
     CVariable* pointer = variable.get();
-    return Put(pointer, std::move(variable));
+    return Put(pointer, pointer->label, std::move(variable));
 }
 
-bool VariableTable::InsertBorrowed(CVariable* variable) {
-    return Put(variable, nullptr);
+bool VariableTable::InsertBorrowed(CVariable* variable, std::string_view label) {
+    return Put(variable, label, nullptr);
 }
 
-void VariableTable::ReplaceBorrowed(CVariable* variable) {
-    slots_[variable->label] = Slot{variable, nullptr};
+void VariableTable::ReplaceBorrowed(CVariable* variable, std::string_view label) {
+    slots_[std::string(label)] = Slot{variable, nullptr};
     Changed();
 }
 
@@ -154,16 +163,37 @@ std::vector<CVariable*> VariableTable::Below(std::string_view name) const {
     return variables;
 }
 
-bool VariableTable::Put(CVariable* variable, std::unique_ptr<CVariable> owned) {
-    const auto [place, inserted] = slots_.try_emplace(variable->label);
+bool VariableTable::Put(CVariable* variable, std::string_view label, std::unique_ptr<CVariable> owned) {
+    const auto [place, inserted] = slots_.try_emplace(std::string(label));
     if (!inserted) return false;
-    place->second = Slot{variable, std::move(owned)};
-    Changed();
+    const std::string& key = place->first;
+    place->second = Slot{variable, std::move(owned), marksLocals_};
+    if (marksLocals_) locals_.push_back(&key);
+    if (indexed_) bySegment_[std::string(LastSegment(key))].push_back(&key);
+    ++epoch_;
     return true;
 }
 
-std::vector<const std::string*> VariableTable::Matches(std::string_view name) const {
-    std::vector<const std::string*> matches;
+void VariableTable::BeginLocals() {
+    locals_.clear();
+    marksLocals_ = true;
+    changedBelowLocals_ = false;
+}
+
+bool VariableTable::TakeBackLocals() {
+    if (changedBelowLocals_) return false;
+    for (std::size_t i = locals_.size(); i-- > 0;) {
+        const std::string& label = *locals_[i];
+        if (indexed_) bySegment_.find(LastSegment(label))->second.pop_back();  // the last one entered
+        slots_.erase(slots_.find(label));
+    }
+    if (!locals_.empty()) ++epoch_;
+    locals_.clear();
+    return true;
+}
+
+VariableTable::Labels VariableTable::Matches(std::string_view name) const {
+    Labels matches;
     if (IsExact(name)) {
         const auto found = slots_.find(name);
         if (found != slots_.end()) matches.push_back(&found->first);
@@ -171,17 +201,12 @@ std::vector<const std::string*> VariableTable::Matches(std::string_view name) co
     }
     const std::vector<std::string_view> tokens = SplitAtGaps(name);
     if (tokens.empty()) return matches;
-    const auto collect = [&](const std::vector<const std::string*>& labels) {
+    const auto collect = [&](const Labels& labels) {
         for (const std::string* label : labels) {
             if (MatchesLabel(name, *label)) matches.push_back(label);
         }
     };
-    if (!indexed_) {
-        bySegment_.clear();
-        for (const auto& [label, slot] : slots_)
-            bySegment_[std::string(LastSegment(label))].push_back(&label);
-        indexed_ = true;
-    }
+    if (!indexed_) IndexSegments();
     const std::string_view last = tokens.back();
     if (last.find(':') != std::string_view::npos) {
         const auto found = bySegment_.find(LastSegment(last));
@@ -194,10 +219,21 @@ std::vector<const std::string*> VariableTable::Matches(std::string_view name) co
     return matches;
 }
 
+void VariableTable::IndexSegments() const {
+    bySegment_.clear();
+    for (const auto& [label, slot] : slots_)
+        if (!slot.isLocal) bySegment_[std::string(LastSegment(label))].push_back(&label);
+    for (const std::string* label : locals_)  // in their order, so that they can be taken back
+        bySegment_[std::string(LastSegment(*label))].push_back(label);
+    indexed_ = true;
+}
+
 void VariableTable::Changed() {
+    changedBelowLocals_ = marksLocals_;
     indexed_ = false;
     remembered_.clear();
     lookups_ = 0;
+    ++epoch_;
 }
 
 }  // namespace kvl

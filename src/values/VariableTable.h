@@ -3,8 +3,10 @@
 // ("TOP~NAME").
 //
 // Exact names are found by hash. For the others a label is a candidate only if its last segment is one that the name
-// can end in; several hits are ordered by label, so that nothing depends on hash order.
+// can end in; several hits are ordered by label, so that nothing depends on hash order. The answers to the names of
+// commands are remembered, for as long as they hold.
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -40,15 +42,22 @@ public:
 
     // Puts in a variable that the table owns. False, and nothing changes, when the label is taken.
     bool Insert(std::unique_ptr<CVariable> variable);
-    // The same for a variable owned elsewhere.
-    bool InsertBorrowed(CVariable* variable);
-    // Puts a variable owned elsewhere in the place of the one with its label; an owned one goes.
-    void ReplaceBorrowed(CVariable* variable);
+    // The same for a variable owned elsewhere, under its label or under another one.
+    bool InsertBorrowed(CVariable* variable) { return InsertBorrowed(variable, variable->label); }
+    bool InsertBorrowed(CVariable* variable, std::string_view label);
+    // Puts a variable owned elsewhere in the place of the one with that label; an owned one goes.
+    void ReplaceBorrowed(CVariable* variable) { ReplaceBorrowed(variable, variable->label); }
+    void ReplaceBorrowed(CVariable* variable, std::string_view label);
     // Takes a variable out, under the label that it was entered by. An owned one is destroyed.
     void Erase(std::string_view label);
     void EraseIf(const std::function<bool(const CVariable&)>& condition);
     void Clear();
     std::size_t Size() const { return slots_.size(); }
+
+    // What is entered from here on is local: TakeBackLocals removes it again. False, and the table is of no more use,
+    // if anything else has changed in between.
+    void BeginLocals();
+    [[nodiscard]] bool TakeBackLocals();
 
     // All variables in order of their labels.
     std::vector<CVariable*> InOrder() const;
@@ -59,6 +68,7 @@ private:
     struct Slot {
         CVariable* variable = nullptr;
         std::unique_ptr<CVariable> owned;
+        bool isLocal = false;
     };
     struct LabelHash {
         using is_transparent = void;
@@ -66,23 +76,32 @@ private:
     };
     template <class T>
     using LabelMap = std::unordered_map<std::string, T, LabelHash, std::equal_to<>>;
+    using Labels = std::vector<const std::string*>;  // of slots_
 
-    bool Put(CVariable* variable, std::unique_ptr<CVariable> owned);
-    CVariable* FindUncached(std::string_view name) const;
-    std::vector<const std::string*> Matches(std::string_view name) const;
+    bool Put(CVariable* variable, std::string_view label, std::unique_ptr<CVariable> owned);
+    const Slot* FindSlot(std::string_view name) const;
+    Labels Matches(std::string_view name) const;
+    void IndexSegments() const;
+    // After anything but an entry: nothing that is remembered holds any more.
     void Changed();
 
     LabelMap<Slot> slots_;
-    // Labels by last segment; made when the first short name or gap is asked for, dropped by any change.
-    mutable LabelMap<std::vector<const std::string*>> bySegment_;
+    Labels locals_;  // in the order in which they were entered
+    bool marksLocals_ = false;
+    bool changedBelowLocals_ = false;
+
+    // Labels by last segment; made when the first short name or gap is asked for.
+    mutable LabelMap<Labels> bySegment_;
     mutable bool indexed_ = false;
-    // The last answers of FindOne, dropped by any change.
+    // The last answers of FindOne. One for an exact name holds until its variable goes, any other until the next entry.
     struct Remembered {
         std::string name;
         CVariable* variable = nullptr;
+        std::uint64_t epoch = 0;
     };
     mutable std::vector<Remembered> remembered_;
-    mutable unsigned lookups_ = 0;  // since the last change, as far as nothing is remembered
+    mutable unsigned lookups_ = 0;  // as far as nothing is remembered
+    std::uint64_t epoch_ = 1;       // of the present entries
 };
 
 }  // namespace kvl

@@ -79,6 +79,27 @@ TEST(VariableTableTest, ForgetsWhatItRememberedWhenItChanges) {
     EXPECT_EQ(table.FindOne(name), nullptr);
 }
 
+// As a table is used by one call after the other.
+TEST(VariableTableTest, TakesLocalsBack) {
+    VariableTable table;
+    Enter(table, "P:X");
+    table.BeginLocals();
+    const std::string parameter = "P:X", shortName = ":X", local = "L";
+    for (int call = 0; call < 100; ++call) {
+        EXPECT_EQ(table.FindOne(local), nullptr);
+        EXPECT_EQ(table.FindOne(shortName), table.Find(parameter));
+        Enter(table, "L");
+        Enter(table, "L:X");
+        EXPECT_EQ(table.FindOne(local)->label, "L");
+        EXPECT_EQ(table.FindOne(parameter)->label, "P:X");
+        EXPECT_EQ(table.FindOne(shortName), nullptr);
+        EXPECT_TRUE(table.TakeBackLocals());
+        EXPECT_EQ(table.Size(), 1U);
+    }
+    table.Erase("P:X");
+    EXPECT_FALSE(table.TakeBackLocals());
+}
+
 TEST(VariableTableTest, ListsWhatStandsBelowALabelInOrder) {
     VariableTable table;
     for (const char* label : {"IN", "IN:B", "INNER", "IN:A:C", "IN:A"})
