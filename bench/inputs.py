@@ -122,11 +122,42 @@ def one_letter():
     yield "x\n"
 
 
-def names(count):
-    """One name for each record, four of them alike on average."""
+def named_groups(count):
+    """One name for each record, four of them alike on average, and up to three words below it."""
     numbers = Numbers(7)
     for _ in range(count):
-        yield f"n{numbers.below(count // 4)} {numbers.below(1000000)}\n"
+        words = " ".join(numbers.choice(FIRST) for _ in range(numbers.below(4)))
+        yield f"n{numbers.below(count // 4)} {numbers.below(1000000)} {f'({words})' if words else ''}\n"
+
+
+def reading_pattern(count):
+    """A pattern that declares `count` variables and reads, in 1000 passes of a loop, a hundredth of them: by full and by
+    short names in turn."""
+    yield '$BEGIN KVL VERSION="1.0.0"$\n$BEGIN PATTERN READ_ALL(#PASSES ::INTEGER[])$\n'
+    for i in range(count):
+        yield f'$GROUP_{i // 10}:V{i} ::STRING = "{i % 10}"$\n'
+    yield "$BEGIN ALL PASSES$"
+    for i in range(0, count, 100):
+        yield f"$GROUP_{i // 10}:V{i}$" if i % 200 else f"$:V{i}$"
+    yield '$END ALL PASSES$\n$END PATTERN READ_ALL(#PASSES ::INTEGER[])$\n$END KVL VERSION="1.0.0"$\n'
+
+
+def commands(count):
+    """A pattern of `count` commands of all kinds, with text between them."""
+    yield '$BEGIN KVL VERSION="1.0.0"$\n$BEGIN PATTERN COMPILED()$\n'
+    for i in range(count // 10):
+        yield (f'$X{i} ::STRING = "a $A$ b"$\n$BEGIN IF X{i} == "x"$\n<$X{i}$ $Y$>\n$M(A, L[], "z")$\n'
+               f'$END IF X{i} == "x"$\n$BEGIN ALL L{i}$$B:C$\n$END ALL L{i}$\n$X{i} += 1$\n')
+    yield '$END PATTERN COMPILED()$\n$END KVL VERSION="1.0.0"$\n'
+
+
+def template_text(size):
+    """A pattern of text alone."""
+    line = "a line of some text that goes to the output as it stands, with a number 12345\n"
+    yield '$BEGIN KVL VERSION="1.0.0"$\n$BEGIN PATTERN COMPILED()$\n'
+    for _ in range(size // len(line)):
+        yield line
+    yield '$END PATTERN COMPILED()$\n$END KVL VERSION="1.0.0"$\n'
 
 
 def unfinished_options(count):

@@ -38,6 +38,7 @@ def sizes(name, generate, *counts):
     return tuple(Input(name, generate, count) for count in counts)
 
 
+ONE_LETTER = (Input("letter", inputs.one_letter, 0),)
 ROWS = sizes("rows", inputs.rows, 10000, 100000, 1000000)
 
 JOBS = (
@@ -47,7 +48,7 @@ JOBS = (
     Job("declarations", "declarations", sizes("declarations", inputs.declarations, 1000000), rivals=(BY_HAND, PEGTL)),
     Job("template", "template", sizes("table", inputs.table, 1000), rivals=(BY_HAND, PERL, JINJA)),
     Job("search", "search", sizes("text", inputs.text_with_regions, 10000000), rivals=(BY_HAND, PERL, JINJA)),
-    Job("start", "start", (Input("letter", inputs.one_letter, 0),), rivals=(BY_HAND, PERL, JINJA), runs=5),
+    Job("start", "start", ONE_LETTER, rivals=(BY_HAND, PERL, JINJA), runs=5),
     Job("calls", "calls", sizes("orders", inputs.orders, 100000)),
 )
 
@@ -62,6 +63,8 @@ class Growth:
     limit: float = 11
 
 
+STREAMS = sizes("text", inputs.text_with_regions, 5000000, 50000000)
+
 GROWTH = (
     Growth("rows, 1 to 10 MB", "jobs/rows", sizes("rows", inputs.rows, 30000, 300000)),
     Growth("rows, 10 to 100 MB", "jobs/rows", sizes("rows", inputs.rows, 300000, 3000000)),
@@ -69,9 +72,29 @@ GROWTH = (
     Growth("one output line, 1 to 10 MB", "growth/one_line", sizes("rows", inputs.rows, 30000, 300000)),
     Growth("options that fail at their end", "growth/options",
            sizes("options", inputs.unfinished_options, 10000, 100000)),
-    Growth("sort and unify", "growth/order", sizes("names", inputs.names, 100000, 1000000)),
+    Growth("sort and unify", "growth/order", sizes("named_groups", inputs.named_groups, 100000, 1000000),
+           limit=16),  # n log n, and records that lie in no order of memory any more
+    Growth("a loop over 1,000,000 records", "growth/loop", ONE_LETTER * 2, scripts=("main.kvl", "larger.kvl")),
+    Growth("a loop of 1,000 in one of 1,000", "growth/nested_loops", ONE_LETTER * 2, scripts=("main.kvl", "larger.kvl")),
+    Growth("EXTEND by 1,000,000 records", "growth/extend", ONE_LETTER * 2, scripts=("main.kvl", "larger.kvl")),
+    Growth("100,000 variables read 1,000,000 times", "growth/variables",
+           sizes("reading_pattern", inputs.reading_pattern, 10000, 100000), limit=18),  # mostly the compiled declarations
+    Growth("compiling 10,000 to 100,000 commands", "growth/compile", sizes("commands", inputs.commands, 10000, 100000),
+           limit=20),  # a third and more of it is memory touched for the first time
+    Growth("compiling 5 to 50 MB of text", "growth/compile",
+           sizes("template_text", inputs.template_text, 5000000, 50000000)),
     Growth("a list inside a terminator", "growth/terminator",
            sizes("terminators", inputs.terminated_lists, 10000, 100000)),
     Growth("choices 16 deep against 8", "growth/choices", sizes("choices", inputs.nested_words, 50000, 50000),
            scripts=("main.kvl", "deeper.kvl"), limit=3),
+    Growth("streams, 5 to 50 MB: merge", "growth/streams", STREAMS, scripts=("merge.kvl",) * 2, limit=25),
+    Growth("streams, 5 to 50 MB: replace, delete", "growth/streams", STREAMS, scripts=("replace.kvl",) * 2),
+    Growth("streams, 5 to 50 MB: clear, case", "growth/streams", STREAMS, scripts=("bytes.kvl",) * 2),
+    Growth("streams, 5 to 50 MB: left, right, length", "growth/streams", STREAMS, scripts=("width.kvl",) * 2),
+    Growth("calls, body of 500 commands against 5", "growth/calls", sizes("table", inputs.table, 10, 10),
+           scripts=("main.kvl", "long.kvl"), limit=1.2),
+    Growth("output of one template, 4 to 40 MB", "growth/output", sizes("table", inputs.table, 1000, 1000),
+           scripts=("main.kvl", "ten_times.kvl")),
+    Growth("each operator, 100,000 to 1,000,000", "growth/operators", sizes("table", inputs.table, 10, 10),
+           scripts=("main.kvl", "ten_times.kvl")),
 )

@@ -119,16 +119,16 @@ def make_growth_runners(build, growth, count):
 
 
 def print_first_sizes(build, selected):
-    print(f"\n{'growth':34}{'first s':>10}")
+    print(f"\n{'growth':40}{'first s':>10}")
     for growth in selected:
         runner, = make_growth_runners(build, growth, 1)
         runner.run(build)
-        print(f"{growth.name:34}{runner.median(0):10.4f}", flush=True)
+        print(f"{growth.name:40}{runner.median(0):10.4f}", flush=True)
 
 
 def print_growth(build, selected, runs):
     """True if all grow no more than they may."""
-    print(f"\n{'growth':34}{'first s':>10}{'second s':>10}{'ratio':>9}{'limit':>9}")
+    print(f"\n{'growth':40}{'first s':>10}{'second s':>10}{'ratio':>9}{'limit':>9}{'peak MB':>10}")
     good = True
     for growth in selected:
         runners = make_growth_runners(build, growth, 2)
@@ -137,7 +137,8 @@ def print_growth(build, selected, runs):
                 runner.run(build)
         first, second = (runner.median(0) for runner in runners)
         good = good and second <= growth.limit * first
-        print(f"{growth.name:34}{first:10.4f}{second:10.4f}{second / first:9.1f}{growth.limit:9.0f}", flush=True)
+        print(f"{growth.name:40}{first:10.4f}{second:10.4f}{second / first:9.1f}{growth.limit:9.1f}"
+              f"{runners[1].median(2):10.1f}", flush=True)
     return good
 
 

@@ -75,7 +75,7 @@ void OrderedMap(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * state.range(1));
 }
 
-BENCHMARK(Table)->ArgNames({"form", "labels"})->ArgsProduct({{kFull, kShort, kGap}, {10, 100, 1000}});
+BENCHMARK(Table)->ArgNames({"form", "labels"})->ArgsProduct({{kFull, kShort, kGap}, {10, 100, 1000, 100000}});
 BENCHMARK(EveryLabel)->ArgNames({"form", "labels"})->ArgsProduct({{kFull, kShort, kGap}, {10, 100}});
 BENCHMARK(OrderedMap)->ArgNames({"form", "labels"})->ArgsProduct({{kFull}, {10, 100, 1000}});
 

@@ -32,6 +32,16 @@ std::unique_ptr<CPatternSchema> CPatternSchema::Clone() const {
 }
 
 // The table looks into instances that the lists behind it keep alive, hence the order.
+bool CPatternSchema::TakeBackLocals() {
+    const bool isAsBefore = variableTable.TakeBackLocals();
+    declaredTypes.clear();
+    typeList.clear();
+    replacedInstances_.clear();
+    lineHasValue = false;
+    return isAsBefore;
+}
+
+// The table looks into instances that the lists behind it keep alive, hence the order.
 void CPatternSchema::ClearAll() {
     variableTable.Clear();
     declaredTypes.clear();

@@ -24,6 +24,8 @@
 
 namespace kvl {
 
+class IdleCallees;
+
 enum OverwriteMode : int {
     kOverwriteAll = 1,
     kOverwriteAsk = 2,
@@ -54,6 +56,10 @@ public:
     std::unique_ptr<CPatternSchema> Clone() const;
     // Releases all variables, then the types.
     void ClearAll();
+    // Removes what has been declared since variableTable.BeginLocals(). False if that does not restore the table.
+    [[nodiscard]] bool TakeBackLocals();
+    // The callees of this macro that wait for a call.
+    const std::shared_ptr<IdleCallees>& Idle() const;
 
     const std::vector<PatternCommand>& Commands() const { return script->Commands(); }
     const std::string& EntityName() const override { return names->name; }
@@ -181,6 +187,7 @@ private:
     [[nodiscard]] bool ExecuteVerbatimBlock(int begin, int end, OutputText& output, RunContext& run);
     [[nodiscard]] bool ExecuteMacroBlock(int begin, int end, OutputText& output, RunContext& run);
     [[nodiscard]] bool ExecuteLiteralMacro(const PatternCommand& command, OutputText& output, RunContext& run);
+    std::shared_ptr<const CommandList> FragmentOf(const std::string& text);
     // _Text
     [[nodiscard]] bool WriteStream(int index, OutputText& output);
     [[nodiscard]] bool WriteNormalPlaceholder(const PatternCommand& command, OutputText& output);
@@ -196,6 +203,7 @@ private:
     // Frees the instances that a load has replaced, but those over which a loop still runs.
     void FreeReplacedInstances(const LoopStack& loops);
     std::vector<std::shared_ptr<CTypeSchema>> replacedInstances_;
+    mutable std::shared_ptr<IdleCallees> idleCallees_;  // made for the first call; running calls hold them too
 
     friend class Assignment;
 

@@ -9,6 +9,8 @@ namespace kvl {
 
 namespace {
 
+constexpr std::size_t kMostFragments = 256;
+
 // The innermost failing command is the first to come here, while the failure travels up.
 void RememberStop(const CPatternSchema& schema, const PatternCommand& command) {
     ProcessState& process = Process();
@@ -125,18 +127,29 @@ bool CPatternSchema::ExecuteCommand(int index, OutputText& output, RunContext& r
     }
 }
 
-// A macro call written as a text, whose name and arguments may be computed: it is compiled anew each time.
+// A macro call written as a text, whose name and arguments may be computed.
 bool CPatternSchema::ExecuteLiteralMacro(const PatternCommand& command, OutputText& output, RunContext& run) {
     std::string text;
     if (!EvaluateWeakLiteral(command.weakLiterals, "LITERALMACRO", text, run)) return false;
     const int errorsBefore = Process().errorCount;
-    const std::unique_ptr<CommandList> fragment = CompileFragment(*this, ReplaceAll('$' + text + '$', "\"\"", "\""));
+    const std::shared_ptr<const CommandList> fragment = FragmentOf(text);
     if (!fragment && Process().errorCount != errorsBefore) return false;
     const bool isCall = fragment && !fragment->commands.empty() && fragment->commands.front().kind == cmd_kind_macro &&
                         fragment->commands.front().subkind == cmd_call_macro;
     if (!isCall) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, text);
     const PatternCommand& call = fragment->commands.front();
     return ExecuteMacroCall(call.macroName, call.arguments, command.commandText, command.asStatement != 0, output, run);
+}
+
+// Null if the text does not compile. What is compiled does not depend on the place: a call has no use for its line.
+std::shared_ptr<const CommandList> CPatternSchema::FragmentOf(const std::string& text) {
+    FragmentCache& fragments = script->Fragments();
+    if (const auto known = fragments.find(text); known != fragments.end()) return known->second;
+    std::shared_ptr<const CommandList> fragment = CompileFragment(*this, ReplaceAll('$' + text + '$', "\"\"", "\""));
+    if (!fragment) return nullptr;
+    if (fragments.size() == kMostFragments) fragments.clear();  // texts that are all different are not worth keeping
+    fragments.emplace(text, fragment);
+    return fragment;
 }
 
 }  // namespace kvl

@@ -1,5 +1,5 @@
-// Calls of scripts, patterns and built-in macros. Every call of a script or pattern runs on a clone of its schema;
-// calls nest through the host's stack, so what lies on it is kept small.
+// Calls of scripts, patterns and built-in macros. Every call of a script or pattern runs on a callee of its own; calls
+// nest through the host's stack, so what lies on it is kept small.
 #include <memory>
 #include <utility>
 
@@ -45,7 +45,9 @@ std::string_view LastPart(std::string_view label) {
 }
 
 void TraceCall(std::string_view direction, std::string_view text) {
-    std::string line = "\n";
+    std::string line;
+    line.reserve(direction.size() + text.size() + 4);
+    line += '\n';
     line.append(direction).append("  ").append(text).append("\n");
     PrintColoured(line, kCallTraceColour);
     WriteLog(line);
@@ -71,17 +73,17 @@ public:
 };
 
 // A mark takes the line end behind it along.
-void AppendWithoutMarks(OutputText& output, const std::string& text) {
+void AppendWithoutMarks(OutputText& output, const OutputText& body) {
     const std::string& mark = Process().generationMark;
-    if (mark.empty() || text.find(mark) == std::string::npos) {
-        output.Append(text);
+    if (mark.empty() || body.Text().find(mark) == std::string::npos) {
+        output.Append(body);
         return;
     }
-    output.Append(ReplaceAll(ReplaceAll(text, mark + "\r\n", ""), mark, ""));
+    output.Append(ReplaceAll(ReplaceAll(body.Text(), mark + "\r\n", ""), mark, ""));
 }
 
 // `macro` is the variable that holds the schema.
-bool RunClone(CPatternSchema& caller, const CVariable& macro, const CPatternSchema& schema,
+bool RunMacro(CPatternSchema& caller, const CVariable& macro, const CPatternSchema& schema,
               const std::vector<ActualArgument>& arguments, std::string_view commandText, OutputText& output,
               RunContext& run) {
     if (Process().macroDepth >= kDeepestMacroCall) {
@@ -94,14 +96,9 @@ bool RunClone(CPatternSchema& caller, const CVariable& macro, const CPatternSche
     frame.caller = &caller;
     frame.callerLine = caller.currentLine;
     if (!caller.EvaluateArguments(arguments, frame.actualArguments, run)) return false;
-
-    const std::shared_ptr<CompiledScript> script = schema.script;  // the call may load another macro into the variable
-    {
-        const std::unique_ptr<CPatternSchema> clone = schema.Clone();
-        clone->overwriteMode = caller.overwriteMode;
-        if (!MacroRun(*clone, frame, run).Run(output)) return false;
-    }
-    TraceCall("Return ", script->macroDeclarationText);
+    MacroRun call(schema, frame, run);
+    if (!call.Run(output)) return false;
+    TraceCall("Return ", call.Script().macroDeclarationText);
     return true;
 }
 
@@ -115,7 +112,7 @@ bool CPatternSchema::ExecuteMacroCall(std::string_view macroName, const std::vec
     if (!isBuiltIn) {
         const CPatternSchema* schema = callee.variable ? MacroSchemaOf(*callee.variable) : nullptr;
         if (!schema) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, macroName);
-        return RunClone(*this, *callee.variable, *schema, arguments, commandText, output, run);
+        return RunMacro(*this, *callee.variable, *schema, arguments, commandText, output, run);
     }
 
     const int identifier = static_cast<const CVariableKVLStaticMacro&>(*callee.variable).macroCommand;
@@ -184,34 +181,49 @@ bool CPatternSchema::EvaluateBuiltIn(int identifier, const std::vector<ActualArg
     return true;
 }
 
+MacroRun::MacroRun(const CPatternSchema& macro, MacroFrame& frame, RunContext& run)
+    : macro_(macro), frame_(frame), run_(run), script_(macro.script), idle_(macro.Idle()) {}
+
+MacroRun::~MacroRun() {
+    if (callee_) callee_->RestoreLabels();
+}
+
 bool MacroRun::Run(OutputText& output) {
     const bool isOutermost = run_.calls.empty();
     const OnCallStack pushed(run_.calls, frame_);
-    const MacroText* text = callee_.IsScript() ? nullptr : &callee_.script->TextFor(isOutermost);
-    callee_.macroText_ = text;
+    if (!PrepareCallee()) return false;
+    const MacroText* text = macro_.IsScript() ? nullptr : &script_->TextFor(isOutermost);
+    callee_->schema->macroText_ = text;
     if (text) output.Append(text->leading);
-    if (!RunMacroBlock(output)) return false;
+    if (!RunBody(output)) return false;
     if (text) output.Append(text->trailing);
     if (!CopyBack()) return false;
-    if (callee_.utf8Source) output.EncodeUtf8();
+    if (callee_->schema->utf8Source) output.EncodeUtf8();
+    idle_->Give(std::move(callee_));
     return true;
 }
 
-bool MacroRun::RunMacroBlock(OutputText& output) {
-    const CompiledScript& script = *callee_.script;
-    const PatternCommand& head = script.Commands()[static_cast<std::size_t>(script.bodyBegin)];
-    callee_.currentLine = head.lineNumber;
-    WriteLog("\n" + script.macroDeclarationText + "\n");
+bool MacroRun::PrepareCallee() {
+    const PatternCommand& head = script_->Commands()[static_cast<std::size_t>(script_->bodyBegin)];
+    if (LogIsOpen()) WriteLog("\n" + script_->macroDeclarationText + "\n");
     frame_.formalParameters = &head.formalParameters;
-    if (frame_.macroName != script.macroName) {
-        return callee_.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON,
-                            "Actual - Formal Macro/Pattern Name Mismatch. ");
+    if (frame_.macroName != script_->macroName) {
+        return macro_.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON,
+                           "Actual - Formal Macro/Pattern Name Mismatch. ");
     }
-    if (!BindParameters() || !CreateParameters()) return false;
+    if (!BindParameters()) return false;
+    callee_ = idle_->Take(frame_.actualArguments);
+    if (!callee_) callee_ = std::make_unique<MacroCallee>(macro_);
+    callee_->schema->currentLine = head.lineNumber;
+    callee_->schema->overwriteMode = frame_.caller->overwriteMode;
+    return callee_->TakeArguments(head.formalParameters, frame_.actualArguments);
+}
 
+bool MacroRun::RunBody(OutputText& output) {
+    CPatternSchema& schema = *callee_->schema;
     OutputText body;
-    if (!callee_.Execute(script.bodyBegin + 1, script.bodyEnd - 1, body, run_)) return false;
-    if (!callee_.IsScript()) AppendWithoutMarks(output, body.Text());
+    if (!schema.Execute(script_->bodyBegin + 1, script_->bodyEnd - 1, body, run_)) return false;
+    if (!schema.IsScript()) AppendWithoutMarks(output, body);
     return true;
 }
 

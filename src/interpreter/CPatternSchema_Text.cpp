@@ -13,7 +13,7 @@ bool CPatternSchema::FitsInText(std::size_t size) const {
 bool CPatternSchema::WriteStream(int index, OutputText& output) {
     if (IsScript() || !macroText_) return true;
     const TextChunk& chunk = macroText_->chunks[static_cast<std::size_t>(index)];
-    if (chunk.first.empty() && !chunk.hasLineEnd) return true;
+    if (chunk.first.text.empty() && !chunk.hasLineEnd) return true;
     output.Append(chunk.first);
     if (chunk.hasLineEnd) {
         if (!output.IsLastLineBlank()) {

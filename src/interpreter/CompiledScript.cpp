@@ -30,10 +30,12 @@ std::string WithoutBlanksAtLineEnds(std::string_view text) {
 TextChunk CutAtFirstLineEnd(std::string_view text) {
     TextChunk chunk;
     const std::size_t lineEnd = text.find('\n');
-    chunk.first = text.substr(0, lineEnd);
-    chunk.firstHasInk = !IsAllInvisible(chunk.first);
+    chunk.first = PreparedText(std::string(text.substr(0, lineEnd)));
     chunk.hasLineEnd = lineEnd != std::string_view::npos;
-    if (chunk.hasLineEnd) AppendWithCrLf(chunk.rest, text.substr(lineEnd + 1));
+    if (!chunk.hasLineEnd) return chunk;
+    std::string rest;
+    AppendWithCrLf(rest, text.substr(lineEnd + 1));
+    chunk.rest = PreparedText(std::move(rest));
     return chunk;
 }
 

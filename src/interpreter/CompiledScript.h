@@ -1,13 +1,15 @@
 #pragma once
 // A compiled script or pattern as it runs: its commands, the blocks that were paired, and its literal text prepared for
-// writing. Immutable once it is checked, and shared by all clones of a macro, so that a call costs nothing that grows with
-// the macro.
+// writing. Immutable once it is checked, and shared by all clones of a macro, so that a call costs nothing that grows
+// with the macro.
 
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "frontend/CommandList.h"
+#include "interpreter/OutputText.h"
 
 namespace kvl {
 
@@ -19,19 +21,20 @@ struct PatternBlock {
 
 // A text command cut once at its first line end. All other line ends stand as CR LF in `rest` already.
 struct TextChunk {
-    std::string first;      // up to the first LF, or all of it
-    bool firstHasInk = false;
+    PreparedText first;  // up to the first LF, or all of it
     bool hasLineEnd = false;
-    std::string rest;  // behind the first LF
+    PreparedText rest;  // behind the first LF
 };
 
-// How a macro's literal text is written, by the depth at which the macro is called: a macro called from the main script keeps
-// its first line end, a nested one loses its last, so that a call adds no line.
+// How a macro's literal text is written, by the depth at which the macro is called: a macro called from the main script
+// keeps its first line end, a nested one loses its last, so that a call adds no line.
 struct MacroText {
     std::vector<TextChunk> chunks;  // by command index; empty for other commands than text
     std::string leading;            // text in front of the header, as it is written
     std::string trailing;           // text behind the macro block, as it is written
 };
+
+using FragmentCache = std::unordered_map<std::string, std::shared_ptr<const CommandList>>;
 
 class CompiledScript {
 public:
@@ -42,6 +45,8 @@ public:
     int GetBlockEnd(int index) const { return blockEnd.empty() ? -1 : blockEnd[static_cast<std::size_t>(index)]; }
     // Prepared when first asked for.
     const MacroText& TextFor(bool outermost) const;
+    // What has been compiled of the texts of quoted commands, so that a computed call in a loop is compiled once.
+    FragmentCache& Fragments() const { return fragments_; }
 
     CommandList list;
     std::vector<PatternBlock> blocks;  // in the order in which they were closed
@@ -52,6 +57,7 @@ public:
 
 private:
     mutable std::unique_ptr<MacroText> outermostText_, nestedText_;
+    mutable FragmentCache fragments_;
 };
 
 }  // namespace kvl

@@ -2,6 +2,7 @@
 // What belongs to one macro call while it runs.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frontend/PatternCommand.h"
@@ -16,8 +17,8 @@ class CPatternSchema;
 struct BoundArgument {
     int typeId = 0;         // of the variable, or 9 to 12 for a literal
     int elementTypeId = 0;  // the variable's
-    std::string typeName;
-    std::string userTypeName;
+    std::string_view typeName;      // the variable's, or of the system's table
+    std::string_view userTypeName;  // the variable's
     bool byValue = false;  // written with "[]"
     std::string name;      // the variable's full label, or the literal's value
     CVariable* variable = nullptr;                   // not owned; null for a literal
@@ -27,7 +28,7 @@ struct BoundArgument {
 struct MacroFrame {
     std::vector<BoundArgument> actualArguments;
     const std::vector<FormalParameter>* formalParameters = nullptr;  // of the macro head; not owned
-    std::string macroName;
+    std::string_view macroName;
     CPatternSchema* caller = nullptr;  // not owned
     int callerLine = -1;
 };

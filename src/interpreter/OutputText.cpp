@@ -14,6 +14,15 @@ namespace {
 // No byte decides on the meaning of one that stands further behind it: a sequence has four bytes at most.
 constexpr std::size_t kSequenceReach = 3;
 
+// Up to here one look at each byte is quicker than a search for each of the two line ends.
+constexpr std::size_t kShortValue = 64;
+
+bool HasLineEnds(std::string_view text) {
+    for (char c : text)
+        if (c == '\n' || c == '\r') return true;
+    return false;
+}
+
 constexpr bool IsContinuation(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
@@ -29,27 +38,33 @@ std::size_t SequenceStart(std::string_view text, std::size_t position) {
 
 }  // namespace
 
+PreparedText::PreparedText(std::string whole) : text(std::move(whole)) {
+    const std::size_t lineEnd = text.rfind('\n');
+    if (lineEnd != std::string::npos) lineStart = lineEnd + 1;
+    hasInk = !IsAllInvisible(std::string_view(text).substr(lineEnd + 1));  // npos + 1 is 0
+}
+
 void OutputText::Append(std::string_view text) {
-    const std::size_t begin = text_.size();
-    text_ += text;
-    NoteAppended(begin);
+    const std::size_t lineEnd = text.rfind('\n');
+    const bool hasLineEnd = lineEnd != std::string_view::npos;
+    const bool hasInk = (hasInk_ && !hasLineEnd) || !IsAllInvisible(text.substr(lineEnd + 1));
+    Append(text, hasLineEnd ? lineEnd + 1 : std::string::npos, hasInk);
 }
 
 void OutputText::AppendValue(std::string_view value) {
+    if (value.size() <= kShortValue && !HasLineEnds(value)) {
+        Append(value, std::string::npos, hasInk_ || !IsAllInvisible(value));
+        return;
+    }
     const std::size_t begin = text_.size();
     AppendValueWithCrLf(text_, value);
-    NoteAppended(begin);
-}
-
-void OutputText::NoteAppended(std::size_t begin) {
-    std::string_view appended = std::string_view(text_).substr(begin);
+    const std::string_view appended = std::string_view(text_).substr(begin);
     const std::size_t lineEnd = appended.rfind('\n');
     if (lineEnd != std::string_view::npos) {
-        appended.remove_prefix(lineEnd + 1);
-        lineStart_ = text_.size() - appended.size();
+        lineStart_ = begin + lineEnd + 1;
         hasInk_ = false;
     }
-    if (!hasInk_) hasInk_ = !IsAllInvisible(appended);
+    hasInk_ = hasInk_ || !IsAllInvisible(appended.substr(lineEnd + 1));
 }
 
 void OutputText::StripLastLine() {

@@ -7,12 +7,27 @@
 
 namespace kvl {
 
+// A text to write, with what it does to the last line known beforehand.
+struct PreparedText {
+    PreparedText() = default;
+    explicit PreparedText(std::string whole);
+
+    std::string text;
+    std::size_t lineStart = std::string::npos;  // behind the last LF; npos without one
+    bool hasInk = false;                        // a visible byte stands there
+};
+
 class OutputText {
 public:
     const std::string& Text() const { return text_; }
     std::string Take() { return std::move(text_); }
 
+    // Cost: the appended text.
     void Append(std::string_view text);
+    void Append(const PreparedText& prepared) { Append(prepared.text, prepared.lineStart, prepared.hasInk); }
+    void Append(const OutputText& other) {
+        Append(other.text_, other.lineStart_ == 0 ? std::string::npos : other.lineStart_, other.hasInk_);
+    }
     // A value: LF as CR LF, its own CRs dropped.
     void AppendValue(std::string_view value);
     // Is there no visible byte behind the last LF?
@@ -23,7 +38,11 @@ public:
     void EncodeUtf8();
 
 private:
-    void NoteAppended(std::size_t begin);
+    void Append(std::string_view text, std::size_t lineStart, bool hasInk) {
+        if (lineStart != std::string::npos) lineStart_ = text_.size() + lineStart;
+        hasInk_ = hasInk || (hasInk_ && lineStart == std::string::npos);
+        text_ += text;
+    }
 
     std::string text_;
     bool hasInk_ = false;        // a visible byte was written behind the last LF

@@ -35,6 +35,17 @@ protected:
         return shown.substr(begin + 8, end - begin - 8);
     }
 
+    // Identifier and first line of each message shown.
+    std::string ShownMessages() const {
+        std::string messages;
+        const std::string& shown = outside.console.output;
+        for (std::size_t at = 0; (at = shown.find("\nERROR: ", at)) != std::string::npos;) {
+            at += 8;
+            messages += shown.substr(at, shown.find('\n', shown.find('\n', at) + 1) + 1 - at);
+        }
+        return messages;
+    }
+
     ScopedPlatform outside;
 };
 

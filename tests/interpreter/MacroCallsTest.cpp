@@ -166,7 +166,7 @@ TEST(MacroParameters, GetTheirLabelsBackFromAFailingCall) {
     ASSERT_NE(field, nullptr);
     EXPECT_EQ(field->label, "I:L");
     EXPECT_EQ(field->GetText(), "new");
-    EXPECT_EQ(field->sourceName, "main.kvl");
+    EXPECT_EQ(field->GetFileLabelKey(), "main.kvl@I:L");
     EXPECT_EQ(field->ownerEntity, run.root.get());
 }
 

@@ -1,12 +1,15 @@
 #include "LoadingTest.h"
 #include "interpreter/StandardScript.h"
+#include "support/CaseFile.h"
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <set>
 
 #include "text/Paths.h"
+#include "text/Replace.h"
 
 namespace kvl {
 namespace {
@@ -45,53 +48,34 @@ protected:
         return "$BEGIN KVL VERSION=\"1.0.0\"$\n$BEGIN SCRIPT MAIN()$\n" + std::string(body) +
                "\n$END SCRIPT MAIN()$\n$END KVL VERSION=\"1.0.0\"$\n";
     }
+    // Whichever file operation fails, the run ends in order: with a message or with success.
+    void ExpectEveryFailureSurvived(const std::string& path, const std::function<void()>& putFiles) {
+        for (int n = 1; n < 100; ++n) {
+            ResetProcessState();
+            putFiles();
+            outside.files.FailAtAny(n, EIO);
+            const bool succeeded = LoadAndRun(path);
+            EXPECT_EQ(succeeded, Process().errorCount == 0) << n << outside.console.output;
+            if (!outside.files.HasFailed()) return;
+        }
+        FAIL() << "no run without a failure";
+    }
 
     PlayedBuiltIns builtIns;
 };
 
-struct PathRow {
-    const char* name;
-    std::string_view typed;
-    std::string_view absolute;      // empty where the path is refused
-    std::string_view message = {};  // how it begins
-};
-class MainScriptPathTest : public LoadingTest, public testing::WithParamInterface<PathRow> {};
-
-constexpr PathRow kPathRows[] = {
-    {"Relative", "a.kvl", "/work/a.kvl"},
-    {"BothSeparators", "..\\work//a.kvl", "/work/a.kvl"},
-    {"UpperCase", "B.KVL", "/work/B.KVL"},
-    {"ExtensionTwice", "c.kvl.kvl", "/work/c.kvl.kvl"},
-    {"OtherExtension", "A.KVL.bak", "",
-     "ERR_EXEC_COMMAND_ARG_1\nFirst command line argument \"A.KVL.bak\" is not a valid KVL script file name"},
-    {"ExtensionInTheDirectory", "x.kvl/a", "", "ERR_EXEC_COMMAND_ARG_1\n"},
-    {"Empty", "", "", "ERR_EXEC_COMMAND_ARG_1\n"},
-    {"Missing", "sub/z.kvl", "", "ERR_EXEC_SCRIPT_FILE_1\nFile z.kvl can not be found within search path /work/sub/\n"},
-    {"WrongName", "a?.kvl", "", "ERR_EXEC_SCRIPT_FILE_4\nFile name /work/a?.kvl contains invalid character '?'\n"},
-    {"WriteOnly", "unreadable.kvl", "", "ERR_EXEC_SCRIPT_FILE_14\n"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, MainScriptPathTest, testing::ValuesIn(kPathRows), NameOfRow<PathRow>);
+class MainScriptPathTest : public LoadingTest, public testing::WithParamInterface<TextCase> {};
+KVL_INSTANTIATE_CASES(MainScriptPathTest, "interpreter/MainScriptPaths.cases");
 
 TEST_P(MainScriptPathTest, IsJudged) {
     for (const char* path : {"/work/a.kvl", "/work/B.KVL", "/work/c.kvl.kvl", "/work/unreadable.kvl"})
         outside.memory.Put(path, "x");
     outside.memory.SetUnreadable("/work/unreadable.kvl");
-    std::string absolute;
-    EXPECT_EQ(CheckMainScriptPath(GetParam().typed, absolute), GetParam().message.empty());
-    EXPECT_TRUE(FirstMessage().starts_with(GetParam().message)) << FirstMessage();
-    if (GetParam().message.empty()) {
-        EXPECT_EQ(absolute, GetParam().absolute);
-    } else {
-        EXPECT_EQ(Process().errorCount, 1);
-    }
-}
-
-TEST_F(LoadingTest, PathBeyondTheLimitIsReportedTwice) {
-    std::string path;
-    EXPECT_FALSE(CheckMainScriptPath(std::string(kLongestPath, 'a') + ".kvl", path));
-    EXPECT_EQ(Process().errorCount, 2);
-    EXPECT_NE(outside.console.output.find("Fatal error: _fullpath\n"), std::string::npos);
-    EXPECT_NE(outside.console.output.find("Fatal error: MakeAbsolutePath(aaa"), std::string::npos);
+    const std::string letters(260, 'a');
+    std::string outcome;
+    if (!CheckMainScriptPath(ReplaceAll(GetParam().Line("typed"), "{260 letters}", letters), outcome))
+        outcome = ReplaceAll(ShownMessages(), letters, "{260 letters}");
+    ExpectSection(GetParam(), "outcome", outcome);
 }
 
 TEST_F(LoadingTest, DeniedDirectoryComesBeforeNotFound) {
@@ -123,59 +107,24 @@ TEST_F(RunTest, MakesItsMarkAndCountsErrorsFromTheFirstCommand) {
 
 TEST_F(RunTest, AsksBeforeTheFirstCommandUnlessToldNotTo) {
     ASSERT_TRUE(Run(""));
-    EXPECT_EQ(builtIns.questions, 1);
     Process().overwritePromptEnabled = false;
     ASSERT_TRUE(Run(""));
     EXPECT_EQ(builtIns.questions, 1);
-}
-
-TEST_F(RunTest, AbortEndsTheProcess) {
+    Process().overwritePromptEnabled = true;
     builtIns.answer = kOverwriteAbort;
-    try {
-        static_cast<void>(Run("$X$"));
-        FAIL() << "the run went on";
-    } catch (const ProcessEnded& ended) {
-        EXPECT_EQ(ended.exitValue, 1);
-    }
+    EXPECT_THROW(static_cast<void>(Run("$X$")), ProcessEnded);
     EXPECT_EQ(Process().errorCount, 0);
     EXPECT_EQ(Process().root, nullptr);
 }
 
-TEST_F(RunTest, SilentFailureIsToldByItsPlace) {
+TEST_F(RunTest, OnlyASilentFailureIsToldByItsPlace) {
+    EXPECT_FALSE(Run("$X$"));
+    EXPECT_EQ(outside.console.TextIn(10), "");
+    ResetProcessState();
     builtIns.macrosFail = true;
     EXPECT_FALSE(Run("\n$KVL:GENERATION:DATE()$"));
     EXPECT_EQ(Process().errorCount, 0);
     EXPECT_EQ(outside.console.TextIn(10), "\nThe run stopped at line 4 of /work/main.kvl.\n");
-}
-
-TEST_F(RunTest, ReportedFailureNeedsNoNote) {
-    EXPECT_FALSE(Run("$X$"));
-    EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_EQ(outside.console.TextIn(10), "");
-}
-
-// Each reaches the message of its stage, once, and nothing runs.
-struct StageRow {
-    const char* name;
-    std::string_view source;
-    std::string_view message;
-};
-class FailedStageTest : public RunTest, public testing::WithParamInterface<StageRow> {};
-
-constexpr StageRow kStageRows[] = {
-    {"Parse", "$", "ERR_DECL_SCRIPT_SYNTAX_1\n"},
-    {"Literal", "$A = \"$B\"$", "ERR_DECL_SCRIPT_LIT_2\n"},
-    {"Blocks", "$A$", "ERR_DECL_SCRIPT_HEADER_1\n"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, FailedStageTest, testing::ValuesIn(kStageRows), NameOfRow<StageRow>);
-
-TEST_P(FailedStageTest, IsReportedOnce) {
-    outside.memory.Put("/work/main.kvl", GetParam().source);
-    EXPECT_FALSE(LoadAndRun("/work/main.kvl"));
-    EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_TRUE(FirstMessage().starts_with(GetParam().message)) << FirstMessage();
-    EXPECT_EQ(outside.console.output.find("Parsed Successfully"), std::string::npos);
-    EXPECT_EQ(builtIns.questions, 0);
 }
 
 TEST_F(RunTest, FileThatCannotBeOpenedIsReportedOnce) {
@@ -184,27 +133,9 @@ TEST_F(RunTest, FileThatCannotBeOpenedIsReportedOnce) {
     EXPECT_EQ(outside.console.output.find("Parsing File"), std::string::npos);
 }
 
-// Whichever file operation fails, the run ends in order: with a message or with success.
 TEST_F(RunTest, EveryFailingFileOperationIsSurvived) {
-    for (int n = 1; n < 100; ++n) {
-        ResetProcessState();
-        outside.memory.Put("/work/main.kvl", Script("$A ::STRING = \"x\"$"));
-        outside.files.FailAtAny(n, EIO);
-        const bool succeeded = LoadAndRun("/work/main.kvl");
-        EXPECT_EQ(succeeded, Process().errorCount == 0) << n;
-        if (!outside.files.HasFailed()) return;
-    }
-    FAIL() << "no run without a failure";
-}
-
-TEST_F(LoadingTest, OnlyTheMainScriptMayBeEmpty) {
-    outside.memory.Put("/work/a.txt", "");
-    ParseInfo info;
-    EXPECT_FALSE(CompileFile(kEntityMacroScript, "/work/a.txt", info));
-    EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_TRUE(FirstMessage().empty() || FirstMessage().starts_with("ERR_EXEC_SCRIPT_FILE_8"));
-    EXPECT_NE(outside.console.output.find("File /work/a.txt is empty"), std::string::npos);
-    EXPECT_TRUE(info.kindName.empty());
+    ExpectEveryFailureSurvived("/work/main.kvl",
+                               [this] { outside.memory.Put("/work/main.kvl", Script("$A ::STRING = \"x\"$")); });
 }
 
 TEST_F(LoadingTest, StreamIsCompiledUnderItsName) {
@@ -221,18 +152,6 @@ TEST_F(LoadingTest, StreamIsCompiledUnderItsName) {
     outside.console.output.clear();
     ReportParse(info);
     EXPECT_EQ(outside.console.output, "Macro Pattern Parsed Successfully. \n");
-}
-
-TEST_F(LoadingTest, EmptyStreamIsAMissingHeaderAtTheCommand) {
-    MessageContext context;
-    context.lineNumber = 5;
-    context.entityName = "caller";
-    context.entityKind = kEntityMainScript;
-    std::string text;
-    ParseInfo info;
-    EXPECT_FALSE(CompileText(kEntityMacroPattern, "S", text, info, context));
-    EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_PATTERN_HEADER_1\n")) << FirstMessage();
-    EXPECT_TRUE(FirstMessage().ends_with("At line 5 of Script caller")) << FirstMessage();
 }
 
 TEST_F(LoadingTest, EveryStaticMacroBecomesAVariable) {
@@ -294,25 +213,19 @@ protected:
     static constexpr std::string_view kInput = "FILE_PATH=/work/\r\nFILE_NAME=new one";
 };
 
-TEST_F(StandardScriptTest, RunsForAnEmptyMainScript) {
+TEST_F(StandardScriptTest, RunsForAnEmptyMainScriptWhichIsUsedUp) {
+    PutStandardScript("$X$");
+    EXPECT_FALSE(LoadAndRun("/work/new one.kvl"));
+    EXPECT_TRUE(outside.memory.Has("/work/new one.kvl"));
     PutStandardScript("");
-    ASSERT_TRUE(LoadAndRun("/work/new one.kvl")) << outside.console.output;
+    outside.files.FailAt(FileOperation::Rename, 1, EACCES);
+    EXPECT_TRUE(LoadAndRun("/work/new one.kvl"));
+    EXPECT_TRUE(outside.memory.Has("/work/new one.kvl"));
+    ASSERT_TRUE(LoadAndRun("/work/new one.kvl"));
     EXPECT_EQ(outside.memory.Get("/program/_1/_1_input.txt"), kInput);
     EXPECT_EQ(Process().mainScriptDirectory, "/program/_1");
     EXPECT_TRUE(outside.memory.Has("/work/new one.kvl.delete"));
     EXPECT_FALSE(outside.memory.Has("/work/new one.kvl"));
-}
-
-TEST_F(StandardScriptTest, FailedRunLeavesTheEmptyScript) {
-    PutStandardScript("$X$");
-    EXPECT_FALSE(LoadAndRun("/work/new one.kvl"));
-    EXPECT_TRUE(outside.memory.Has("/work/new one.kvl"));
-}
-
-TEST_F(StandardScriptTest, FailedRenameIsNoFailure) {
-    PutStandardScript("");
-    outside.files.FailAt(FileOperation::Rename, 1, EACCES);
-    EXPECT_TRUE(LoadAndRun("/work/new one.kvl"));
 }
 
 TEST_F(StandardScriptTest, RunsFromAPrivateFolderWhereItsOwnCannotBeWritten) {
@@ -327,7 +240,11 @@ TEST_F(StandardScriptTest, RunsFromAPrivateFolderWhereItsOwnCannotBeWritten) {
     }
 }
 
+// All files that are brought along, as they stand in the source tree, are taken there.
 TEST_F(StandardScriptTest, PrivateFolderHoldsAllThatIsBroughtAlong) {
+    std::set<std::string> names = {"_1_input.txt"};
+    for (const auto& entry : std::filesystem::directory_iterator(KVL_TESTS_FOLDER "/../standard/_1"))
+        names.insert(entry.path().filename());
     PutStandardScript("");
     outside.files.FailAt(FileOperation::OpenWriter, 1, EROFS);
     {
@@ -336,8 +253,22 @@ TEST_F(StandardScriptTest, PrivateFolderHoldsAllThatIsBroughtAlong) {
         EXPECT_EQ(standard.Path(), "/private1/_1.kvl");
         EXPECT_EQ(outside.memory.Get("/private1/_1_input.txt"), kInput);
         EXPECT_EQ(outside.memory.Get("/private1/_1.kvl"), outside.memory.Get("/program/_1/_1.kvl"));
+        std::set<std::string> copied;
+        for (const std::string& path : outside.memory.FilePaths())
+            if (path.starts_with("/private1/")) copied.insert(PathPart(path, PathMode::NameAndExtension));
+        EXPECT_EQ(copied, names);
     }
     EXPECT_FALSE(outside.memory.Has("/private1"));
+}
+
+TEST_F(StandardScriptTest, ShippedScriptsAndPatternHaveTheirForm) {
+    for (const auto& [name, kind] : {std::pair<std::string, int>{"_1.kvl", kEntityMainScript},
+                                     {"project.kvl", kEntityMainScript},
+                                     {"overview.pattern", kEntityMacroPattern}}) {
+        std::ifstream file(KVL_TESTS_FOLDER "/../standard/_1/" + name, std::ios::binary);
+        const auto schema = Compile(std::string(std::istreambuf_iterator<char>(file), {}), kind);
+        EXPECT_TRUE(schema && CheckBlocks(*schema)) << outside.console.output;
+    }
 }
 
 TEST_F(StandardScriptTest, MissingStandardScriptIsReportedOnce) {
@@ -348,52 +279,10 @@ TEST_F(StandardScriptTest, MissingStandardScriptIsReportedOnce) {
 }
 
 TEST_F(StandardScriptTest, FailingFileOperationsAreSurvived) {
-    for (int n = 1; n < 100; ++n) {
-        ResetProcessState();
+    ExpectEveryFailureSurvived("/work/new one.kvl", [this] {
         PutStandardScript("");
         outside.memory.Put("/work/new one.kvl", "");
-        outside.files.FailAtAny(n, EIO);
-        const bool succeeded = LoadAndRun("/work/new one.kvl");
-        EXPECT_EQ(succeeded, Process().errorCount == 0) << n << outside.console.output;
-        if (!outside.files.HasFailed()) return;
-    }
-    FAIL() << "no run without a failure";
-}
-
-// The files that are brought along, as they stand in the source tree.
-class ShippedFilesTest : public RunTest {
-protected:
-    ShippedFilesTest() {
-        const auto folder = std::filesystem::path(__FILE__).parent_path() / "../../standard/_1";
-        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-            std::ifstream file(entry.path(), std::ios::binary);
-            const std::string name = entry.path().filename();
-            outside.memory.Put("/program/_1/" + name, std::string(std::istreambuf_iterator<char>(file), {}));
-            names.insert(name);
-        }
-    }
-    std::set<std::string> names;
-};
-
-TEST_F(ShippedFilesTest, AreAllTakenToThePrivateFolder) {
-    outside.files.FailAt(FileOperation::OpenWriter, 1, EROFS);
-    StandardScript standard;
-    ASSERT_TRUE(standard.Prepare("/work/a.kvl")) << outside.console.output;
-    std::set<std::string> copied;
-    for (const std::string& path : outside.memory.FilePaths())
-        if (path.starts_with("/private1/")) copied.insert(PathPart(path, PathMode::NameAndExtension));
-    names.insert("_1_input.txt");
-    EXPECT_EQ(copied, names);
-}
-
-TEST_F(ShippedFilesTest, ScriptsAndPatternsHaveTheirForm) {
-    for (const auto& [name, kind] : {std::pair<std::string, int>{"_1.kvl", kEntityMainScript},
-                                     {"project.kvl", kEntityMainScript},
-                                     {"overview.pattern", kEntityMacroPattern}}) {
-        ParseInfo info;
-        const auto schema = CompileFile(kind, "/program/_1/" + name, info);
-        EXPECT_TRUE(schema && CheckBlocks(*schema)) << outside.console.output;
-    }
+    });
 }
 
 }  // namespace

@@ -1,4 +1,6 @@
 #include "LoadingTest.h"
+#include "support/CaseFile.h"
+#include "support/WrittenBytes.h"
 #include "text/Replace.h"
 
 namespace kvl {
@@ -38,53 +40,19 @@ std::string Dump(const PatternCommand& command) {
            Dump(command.arguments);
 }
 
-struct PiecesRow {
-    const char* name;
-    std::string_view command;
-    std::string_view pieces;
-};
-class WeakLiteralTest : public LoadingTest, public testing::WithParamInterface<PiecesRow> {};
+class WeakLiteralTest : public LoadingTest, public testing::WithParamInterface<TextCase> {};
+KVL_INSTANTIATE_CASES(WeakLiteralTest, "interpreter/WeakLiterals.cases");
 
-constexpr PiecesRow kPiecesRows[] = {
-    {"Text", "$A = \"x y\"$", "OPERAND2='x y'"},
-    {"Empty", "$A = \"\"$", "OPERAND2="},
-    {"Dollar", "$A = \"1 $$\"$", "OPERAND2='1 $'"},
-    {"Placeholders", "$A = \"x$B:C$y$:D$\"$", "OPERAND2='x'(B:C)'y'(:D)"},
-    {"LineMarks", "$A = \"$\\n$$/$\"$", "OPERAND2=(\\n)(/)"},
-    {"Call", "$A = \"<$M(B, 1)$>\"$", "OPERAND2='<'M<B,1>'>'"},
-    {"CallWithLiteral", "$A = \"$M(\"\"x$B$\"\")$\"$", "OPERAND2=M<ACTUALARGUMENT='x'(B)>"},
-    {"CallInCall", "$A = \"$M(\"\"$N(\"\"\"\"$B$\"\"\"\")$\"\")$\"$",
-     "OPERAND2=M<ACTUALARGUMENT=N<ACTUALARGUMENT=(B)>>"},
-    {"Arguments", "$M(\"a$B$\", C, \"d\")$", "ACTUALARGUMENT='a'(B),C,ACTUALARGUMENT='d'"},
-    {"BothOperands", "$M(\"$A$\") = N(\"$B$\")$", "ACTUALARGUMENT=(A)ACTUALARGUMENT=(B)"},
-    {"QuotedCommand", "$\"M($A$)\"$", "LITERALMACRO='M('(A)')'"},
-    {"Condition", "$BEGIN IF A == \"$B$\"$", "OPERAND2=(B)"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, WeakLiteralTest, testing::ValuesIn(kPiecesRows), NameOfRow<PiecesRow>);
-
-TEST_P(WeakLiteralTest, HasPieces) {
-    const auto schema = Compile(GetParam().command);
-    ASSERT_TRUE(schema) << outside.console.output;
-    EXPECT_EQ(Dump(schema->Commands().front()), GetParam().pieces);
-}
-
-struct RefusedRow {
-    const char* name;
-    std::string_view command;
-};
-class RefusedLiteralTest : public LoadingTest, public testing::WithParamInterface<RefusedRow> {};
-
-constexpr RefusedRow kRefusedRows[] = {
-    {"OpenDollar", "$A = \"x$B\"$"},    {"Assignment", "$A = \"$B = 1$\"$"},
-    {"Comment", "$A = \"$/* x */$\"$"}, {"SyntaxError", "$A = \"$+$\"$"},
-    {"InAnArgument", "$M(A, \"$B\")$"}, {"InACallInsideALiteral", "$A = \"$M(\"\"$B = 1$\"\")$\"$"},
-    {"QuotedCommand", "$\"$B\"$"},      {"WithoutAnyItem", "$A = \"\x80\"$"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, RefusedLiteralTest, testing::ValuesIn(kRefusedRows), NameOfRow<RefusedRow>);
-
-// The literals in front are good, the one behind is not looked at any more.
-TEST_P(RefusedLiteralTest, IsReportedOnceAtItsCommand) {
-    const std::string command(GetParam().command);
+// What is refused is reported once, at its command: the literals in front are good, the one behind is not looked at any
+// more.
+TEST_P(WeakLiteralTest, HasPiecesOrIsRefused) {
+    const std::string command = BytesOf(GetParam().Line("command"));
+    if (!GetParam()["pieces"].empty()) {
+        const auto schema = Compile(command);
+        ASSERT_TRUE(schema) << outside.console.output;
+        ExpectSection(GetParam(), "pieces", Dump(schema->Commands().front()));
+        return;
+    }
     for (const bool isPattern : {false, true}) {
         ResetProcessState();
         outside.console.output.clear();
@@ -110,28 +78,18 @@ TEST_F(LoadingTest, FragmentIsCompiledWithItsLiterals) {
     EXPECT_EQ(Process().errorCount, 0);
 }
 
-struct FragmentRow {
-    const char* name;
-    std::string_view text;
-    std::string_view message;
-    std::string_view place;
-};
-class FragmentFaultTest : public LoadingTest, public testing::WithParamInterface<FragmentRow> {};
-
-constexpr FragmentRow kFragmentRows[] = {
-    {"Syntax", "$M(,)$", "ERR_DECL_PATTERN_SYNTAX_1", "At line 7 near position 0 of Pattern /work/main.kvl"},
-    {"Literal", "$M(\"$x\")$", "ERR_DECL_PATTERN_LIT_2", "At line 7 of Pattern /work/main.kvl"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, FragmentFaultTest, testing::ValuesIn(kFragmentRows), NameOfRow<FragmentRow>);
-
-TEST_P(FragmentFaultTest, IsReportedOnce) {
+TEST_F(LoadingTest, FaultOfAFragmentIsReportedOnceAtTheCommand) {
     const auto schema = Compile("$A$", kEntityMacroPattern);
     ASSERT_TRUE(schema);
     schema->currentLine = 7;
-    EXPECT_FALSE(CompileFragment(*schema, GetParam().text));
-    EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_TRUE(FirstMessage().starts_with(GetParam().message)) << FirstMessage();
-    EXPECT_TRUE(FirstMessage().ends_with(GetParam().place)) << FirstMessage();
+    EXPECT_FALSE(CompileFragment(*schema, "$M(,)$"));
+    EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_PATTERN_SYNTAX_1")) << FirstMessage();
+    EXPECT_TRUE(FirstMessage().ends_with("At line 7 near position 0 of Pattern /work/main.kvl")) << FirstMessage();
+    outside.console.output.clear();
+    EXPECT_FALSE(CompileFragment(*schema, "$M(\"$x\")$"));
+    EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_PATTERN_LIT_2")) << FirstMessage();
+    EXPECT_TRUE(FirstMessage().ends_with("At line 7 of Pattern /work/main.kvl")) << FirstMessage();
+    EXPECT_EQ(Process().errorCount, 2);
 }
 
 }  // namespace
