@@ -28,7 +28,7 @@ std::string Tokens(PoutScanX& scanner) {
 
 class ScriptScannerTest : public ScriptTest {
 protected:
-    std::string TokensOf(std::string_view source) {
+    static std::string TokensOf(std::string_view source) {
         CommandList list;
         PoutScanX scanner({kEntityMacroScript, "", "source"}, list);
         scanner.Source().SetConstantSource(source);
@@ -36,115 +36,20 @@ protected:
     }
 };
 
-struct TokenRow {
-    const char* name;
-    std::string_view source, tokens;
-};
-void PrintTo(const TokenRow& row, std::ostream* stream) {
-    *stream << row.source;
+class ScriptTokenTest : public ScriptScannerTest, public testing::WithParamInterface<TextCase> {};
+KVL_INSTANTIATE_CASES(ScriptTokenTest, "frontend/ScriptTokens.cases");
+
+TEST_P(ScriptTokenTest, SourceIsCutIntoTokens) {
+    ExpectSection(GetParam(), "tokens", Written(TokensOf(BytesOf(GetParam().Line("source")))));
 }
-
-// What stands between the dollars of one command.
-class ScriptCodeTest : public ScriptScannerTest, public testing::WithParamInterface<TokenRow> {};
-
-constexpr TokenRow kCodeRows[] = {
-    {"Name", "Ab_1", "IDENTIFIER<Ab_1>"},
-    {"NameParts", "A:B:~:C", "IDENTIFIER<A> NAME_PART<:B> GAP_PART<:~> NAME_PART<:C>"},
-    {"PartsBehindBlanks", "A :B", "IDENTIFIER<A> NAME_PART<:B>"},
-    {"KeywordInFrontOfColon", "BEGIN:END", "IDENTIFIER<BEGIN> NAME_PART<:END>"},
-    {"KeywordInFrontOfBlankAndColon", "BEGIN :X", "BEGIN<BEGIN> NAME_PART<:X>"},
-    {"KeywordInFrontOfTypeMark", "SET::X", "IDENTIFIER<SET> TYPE_MARK<::> IDENTIFIER<X>"},
-    {"Keywords", "KVL VERSION BEGIN END SCRIPT PATTERN ALL IF",
-     "KVL<KVL> VERSION<VERSION> BEGIN<BEGIN> END<END> SCRIPT<SCRIPT> PATTERN<PATTERN> ALL<ALL> IF<IF>"},
-    {"MoreKeywords", "CHANGE EXTEND SEPARATOR COMMENT SET GET TRUE FALSE",
-     "CHANGE<CHANGE> EXTEND<EXTEND> SEPARATOR<SEPARATOR> COMMENT<COMMENT> SET<SET> GET<GET> BOOLEAN<TRUE> "
-     "BOOLEAN<FALSE>"},
-    {"KeywordsHaveCase", "begin Begin BEGINS", "IDENTIFIER<begin> IDENTIFIER<Begin> IDENTIFIER<BEGINS>"},
-    {"Assignments",
-     "= += -= *= /= %=", "ASSIGN<=> ADD_ASSIGN<+=> SUB_ASSIGN<-=> MUL_ASSIGN<*=> DIV_ASSIGN</=> MOD_ASSIGN<%=>"},
-    {"Comparisons", "== != < > <= >=", "EQUAL<==> NOT_EQUAL<!=> LESS<<> GREATER<>> LESS_EQUAL<<=> GREATER_EQUAL<>=>"},
-    {"ThreeEqualSigns", "===", "EQUAL<==> ASSIGN<=>"},
-    {"LineMarks", "\\n/", "NEWLINE_MARK<\\n> CONTINUE_MARK</>"},
-    {"Brackets", "[](),#&!", "LBRACKET<[> RBRACKET<]> '(' ')' ',' '#' '&' '!'"},
-    {"BytesForThemselves", "+ - * % ' ; ? ~", "'+' '-' '*' '%' ''' ';' '?' '~'"},
-    {"BytesWithoutRule", "\\ @ ^ ` { | } : .",
-     "TEXT<\\> TEXT<@> TEXT<^> TEXT<`> TEXT<{> TEXT<|> TEXT<}> TEXT<:> TEXT<.>"},
-    {"SpecialLetters",
-     "\xE4\xF6\xFC"
-     "a",
-     "TEXT<\xE4\xF6\xFC> IDENTIFIER<a>"},
-    {"DroppedBytes", "A\x01\x80\r\tB", "IDENTIFIER<A> IDENTIFIER<B>"},
-    {"Integers", "0 12 +12 -12 12u 12uLlU",
-     "INTEGER<0> INTEGER<12> INTEGER<+12> INTEGER<-12> INTEGER<12u> INTEGER<12uLlU>"},
-    {"Floats", "1. 1.5 .5 1e5 1.e5 1.5e-5 .5E+5",
-     "FLOAT<1.> FLOAT<1.5> FLOAT<.5> FLOAT<1e5> FLOAT<1.e5> FLOAT<1.5e-5> FLOAT<.5E+5>"},
-    {"FloatSuffixes", "1.f 1.5F .5l 1e5L 1e+5f 1.5fx",
-     "FLOAT<1.f> FLOAT<1.5F> FLOAT<.5l> FLOAT<1e5L> FLOAT<1e+5f> FLOAT<1.5f> IDENTIFIER<x>"},
-    {"SignMakesInteger", "-1.5 +1e5", "INTEGER<-1> FLOAT<.5> INTEGER<+1> IDENTIFIER<e5>"},
-    {"RunsOfLettersAndDigits", "0x1F 12f 12u5 1e5fx 1_", "'0'<0x1F> '1'<12f> '1'<12u5> '1'<1e5fx> '1'<1_>"},
-    {"BrokenExponents", "1e+x 1.5e+x 1.5ex",
-     "'1'<1e> '+' IDENTIFIER<x> FLOAT<1.5> IDENTIFIER<e> '+' IDENTIFIER<x> FLOAT<1.5> IDENTIFIER<ex>"},
-    {"ExponentTwice", "1e5.5 1.5.5", "FLOAT<1e5> FLOAT<.5> FLOAT<1.5> FLOAT<.5>"},
-    {"SignInFrontOfEquals", "+=1 +==", "ADD_ASSIGN<+=> INTEGER<1> ADD_ASSIGN<+=> ASSIGN<=>"},
-    {"Literals", "\"\" \"a\" \"a\"\"b\"\"\"", "LITERAL<\"\"> LITERAL<\"a\"> LITERAL<\"a\"\"b\"\"\">"},
-    {"LiteralHoldsAnything", "\"$x$ /* \\n \x01\xE4\"", "LITERAL<\"$x$ /* \\n \x01\xE4\">"},
-    {"LiteralBehindName", "A\"b\"c", "IDENTIFIER<A> LITERAL<\"b\"> IDENTIFIER<c>"},
-};
-
-TEST_P(ScriptCodeTest, CutsIntoTokens) {
-    EXPECT_EQ(TokensOf("$" + std::string(GetParam().source) + "$"),
-              "'$' " + std::string(GetParam().tokens) + " '$' end");
-}
-INSTANTIATE_TEST_SUITE_P(Rows, ScriptCodeTest, testing::ValuesIn(kCodeRows), RowName<TokenRow>);
-
-// Whole sources, text mode first.
-class ScriptTextTest : public ScriptScannerTest, public testing::WithParamInterface<TokenRow> {};
-
-constexpr TokenRow kTextRows[] = {
-    {"Empty", "", "end"},
-    {"TextIsOneRun", "a b\t1.5\n\nc\"d\\n", "TEXT<a b\t1.5\n\nc\"d\\n> end"},
-    {"CarriageReturnsVanish", "a\r\nb\r\n", "TEXT<a> TEXT<\nb> TEXT<\n> end"},
-    {"ForeignBytesVanish", std::string_view("\0a\x80\xE4\x7F", 5), "TEXT<a> TEXT<\xE4> end"},
-    {"DoubledDollar", "a$$b", "TEXT<a> TEXT<$> TEXT<b> end"},
-    {"FourDollars", "$$$$", "TEXT<$> TEXT<$> end"},
-    {"LoneDollarAtEnd", "a$", "TEXT<a> end"},
-    {"BackslashIsText", "\\$x$", "TEXT<\\> '$' IDENTIFIER<x> '$' end"},
-    {"TextBehindCommand", "$x$ y", "'$' IDENTIFIER<x> '$' TEXT< y> end"},
-    {"UnfinishedCommand", "$x", "'$' IDENTIFIER<x> end"},
-    {"DollarBlankInLine", "a$ b", "TEXT<a> failed"},
-    {"DollarBlankAtStart", "$ \n", "failed"},
-    {"MarkerLine", "a\n$ \t\r\nb", "TEXT<a\n> TEXT<b> end"},
-    {"MarkerLineOfDollarOnly", "a\n$\n$\nb", "TEXT<a\n> TEXT<b> end"},
-    {"MarkerLineBehindBlank", "a\n $\n", "TEXT<a\n > failed"},
-    {"MarkerLineAtEnd", "a\n$ ", "TEXT<a\n> end"},
-    {"MarkerLineWithVisible", "a\n$ x\n", "TEXT<a\n> failed"},
-    {"MarkerLineBehindCommand", "\n$x$$ ", "TEXT<\n> '$' IDENTIFIER<x> '$' failed"},
-    {"MarkerLineBehindDollars", "\n$$$ \n", "TEXT<\n> TEXT<$> failed"},
-    {"MarkerLineBehindDropped", "a\n\r$ \nb", "TEXT<a\n> TEXT<b> end"},
-    {"SpecialLetterOpensCommand", "$\xE4$", "'$' TEXT<\xE4> '$' end"},
-    {"LineEndInCommand", "$x\n$", "'$' IDENTIFIER<x> failed"},
-    {"LineEndInLiteral", "$\"x\n\"$", "'$' failed"},
-    {"EndInLiteral", "$\"x\"\"", "'$' failed"},
-    {"DollarComment", "a$/*x*/$b", "TEXT<a> TEXT<b> end"},
-    {"DollarCommentWithBlanks", "$/* a * / $b", "TEXT<b> end"},
-    {"DollarCommentNeedsStar", "$/*/$b*/$c", "TEXT<c> end"},
-    {"DollarCommentOverLines", "$/* *\n/\n$\nb", "TEXT<\nb> end"},
-    {"DollarCommentKeepsLineStart", "\n$/*x*/$$ \nb", "TEXT<\n> TEXT<b> end"},
-    {"DollarCommentNotClosed", "$/* */", "failed"},
-    {"SlashAlone", "$/$a", "'$' CONTINUE_MARK</> '$' TEXT<a> end"},
-    {"SlashAtEnd", "$/", "'$' CONTINUE_MARK</> end"},
-    {"NoCommentInsideCommand", "$a/*b$", "'$' IDENTIFIER<a> CONTINUE_MARK</> '*' IDENTIFIER<b> '$' end"},
-};
-
-TEST_P(ScriptTextTest, CutsIntoTokens) {
-    EXPECT_EQ(TokensOf(GetParam().source), GetParam().tokens);
-}
-INSTANTIATE_TEST_SUITE_P(Rows, ScriptTextTest, testing::ValuesIn(kTextRows), RowName<TokenRow>);
 
 TEST_F(ScriptScannerTest, LineStartGoesFromSourceToSource) {
     EXPECT_EQ(TokensOf("$ \nb"), "failed");
     EXPECT_EQ(TokensOf("a\n"), "TEXT<a\n> end");
     EXPECT_EQ(TokensOf("$ \nb"), "TEXT<b> end");
+    EXPECT_EQ(TokensOf("$ \nb"), "failed");
+    EXPECT_EQ(TokensOf("a\n"), "TEXT<a\n> end");
+    ResetProcessState();  // as the next run does
     EXPECT_EQ(TokensOf("$ \nb"), "failed");
 }
 
@@ -153,30 +58,22 @@ TEST_F(ScriptScannerTest, SourceBehindUnfinishedCommandStartsAsText) {
     EXPECT_EQ(TokensOf("x"), "TEXT<x> end");
 }
 
-struct LimitRow {
-    const char* name;
-    const char* before;
-    const char* after;
-    std::size_t longest;
-};
-void PrintTo(const LimitRow& row, std::ostream* stream) {
-    *stream << row.name;
+TEST_F(ScriptScannerTest, OneByteMoreThanTheLongestTokenIsFatal) {
+    constexpr std::size_t kLongest = 1049215;
+    const struct {
+        std::string before, after;
+    } rows[] = {{"a b ", " c"}, {"", ""}, {"$", "$"}, {"$a", ":b$"}, {"$a:", "$"}, {"$1", "$"}};
+    for (const auto& [before, after] : rows) {
+        const std::size_t begun = before.find_first_of(":1") == std::string::npos ? before == "$a" : 1;
+        const std::string longest = before + std::string(kLongest - begun, 'x');
+        EXPECT_TRUE(TokensOf(longest + after).ends_with("end")) << before;
+        EXPECT_TRUE(TokensOf(longest + "x" + after).ends_with("failed")) << before;
+    }
+    CommandList list;
+    std::string source = "$" + std::string(kLongest + 1, 'x') + "$";
+    EXPECT_FALSE(ParseScriptSourceStream(kEntityMacroScript, "S", source, list));
+    EXPECT_NE(Shown().find("ERROR: ERR_EXEC_ENVIRON_FATAL_1\nFatal error: Token buffer overflow\n"), std::string::npos);
 }
-
-class ScriptLimitTest : public ScriptScannerTest, public testing::WithParamInterface<LimitRow> {};
-
-TEST_P(ScriptLimitTest, OneByteMoreIsFatal) {
-    const auto source = [](std::size_t length) {
-        return GetParam().before + std::string(length, 'x') + GetParam().after;
-    };
-    EXPECT_TRUE(TokensOf(source(GetParam().longest)).ends_with("end"));
-    EXPECT_TRUE(TokensOf(source(GetParam().longest + 1)).ends_with("failed"));
-}
-INSTANTIATE_TEST_SUITE_P(Rows, ScriptLimitTest,
-                         testing::Values(LimitRow{"Text", "a b ", " c", 1049215},
-                                         LimitRow{"TextAtEnd", "", "", 1049215}, LimitRow{"Name", "$", "$", 1049215},
-                                         LimitRow{"NamePart", "$a:", "$", 1049214}),
-                         RowName<LimitRow>);
 
 TEST_F(ScriptScannerTest, LiteralsCommentsAndBrokenTextHaveNoLimit) {
     const std::string words(3000000, 'x');

@@ -8,16 +8,12 @@
 #include <string_view>
 
 #include "frontend/ScriptFrontEnd.h"
+#include "support/CaseFile.h"
 #include "support/TestPlatform.h"
+#include "support/WrittenBytes.h"
 #include "text/ProcessState.h"
 
 namespace kvl {
-
-// The name of a case in a table of rows.
-template <class Row>
-std::string RowName(const testing::TestParamInfo<Row>& info) {
-    return info.param.name;
-}
 
 // One test: a fresh process state in an outside of its own, with an open log.
 class ScriptTest : public testing::Test {
@@ -40,6 +36,11 @@ protected:
     }
     bool CompileConstant(std::string_view source, int entityKind = kEntityMacroScript) {
         return ParseScriptConstant(entityKind, source, list_);
+    }
+
+    // Compares a section of a case where it has one.
+    static void ExpectIfGiven(const TextCase& expected, std::string_view section, std::string_view actual) {
+        if (!expected[section].empty()) ExpectSection(expected, section, Written(actual));
     }
 
     std::string& Shown() { return outside_.console.output; }
