@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <string_view>
 #include <type_traits>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -198,6 +197,23 @@ RecordPath KeyOfPlace(const RecordOrder& records, Index place, Index old, const 
     return base;
 }
 
+// A text with its first bytes at hand, which decide most comparisons without a look at memory far away.
+class TextKey {
+public:
+    explicit TextKey(std::string_view text) : text_(text) {
+        for (std::size_t i = 0; i < sizeof head_; ++i)
+            head_ = head_ << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
+    }
+    bool operator<(const TextKey& other) const {
+        return head_ != other.head_ ? head_ < other.head_ : text_ < other.text_;
+    }
+    bool operator==(const TextKey& other) const { return head_ == other.head_ && text_ == other.text_; }
+
+private:
+    std::uint64_t head_ = 0;
+    std::string_view text_;
+};
+
 // A record of the scope by what it is compared by.
 template <class Value>
 struct Keyed {
@@ -218,7 +234,9 @@ auto ReadColumn(const RecordOrder& records, int column, Read read) {
 template <class Visit>
 std::vector<Index> WithValues(const RecordOrder& records, int column, CellKind kind, Visit visit) {
     if (kind == CellKind::Integer) return visit(ReadColumn(records, column, ReadInteger));
-    if (kind != CellKind::Float) return visit(ReadColumn(records, column, [](std::string_view text) { return text; }));
+    if (kind != CellKind::Float) {
+        return visit(ReadColumn(records, column, [](std::string_view text) { return TextKey(text); }));
+    }
     return visit(
         ReadColumn(records, column, [](std::string_view text) { return static_cast<float>(ReadFloat(text)); }));
 }
@@ -230,11 +248,16 @@ bool IsNoNumber(const Value& value) {
 }
 
 template <class Value>
-std::vector<Index> InOrder(std::vector<Keyed<Value>> keys) {
+void SortByValue(std::vector<Keyed<Value>>& keys) {
     std::stable_sort(keys.begin(), keys.end(), [](const Keyed<Value>& a, const Keyed<Value>& b) {
         if (IsNoNumber(a.value) || IsNoNumber(b.value)) return !IsNoNumber(a.value) && IsNoNumber(b.value);
         return a.value < b.value;
     });
+}
+
+template <class Value>
+std::vector<Index> InOrder(std::vector<Keyed<Value>> keys) {
+    SortByValue(keys);
     std::vector<Index> order;
     order.reserve(keys.size());
     for (const Keyed<Value>& key : keys)
@@ -242,13 +265,16 @@ std::vector<Index> InOrder(std::vector<Keyed<Value>> keys) {
     return order;
 }
 
+// The first of equal values is the first of its run when all are sorted; what is no number equals nothing.
 template <class Value>
-std::vector<Index> FirstOfEach(const std::vector<Keyed<Value>>& keys) {
-    std::unordered_set<Value> seen;
-    seen.reserve(keys.size());
+std::vector<Index> FirstOfEach(std::vector<Keyed<Value>> keys) {
+    SortByValue(keys);
+    std::vector<bool> isFirst(keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        isFirst[keys[i].index] = i == 0 || !(keys[i - 1].value == keys[i].value);
     std::vector<Index> kept;
-    for (const Keyed<Value>& key : keys)
-        if (IsNoNumber(key.value) || seen.insert(key.value).second) kept.push_back(key.index);
+    for (Index index = 0; index < isFirst.size(); ++index)
+        if (isFirst[index]) kept.push_back(index);
     return kept;
 }
 
@@ -272,7 +298,7 @@ void SortRecords(CVariableKVLCategoryList& list, PathView parentKey, int column,
 
 void UnifyRecords(CVariableKVLCategoryList& list, PathView parentKey, int column, CellKind kind) {
     RecordOrder records(list, parentKey);
-    records.Arrange(WithValues(records, column, kind, [](const auto& keys) { return FirstOfEach(keys); }),
+    records.Arrange(WithValues(records, column, kind, [](auto keys) { return FirstOfEach(std::move(keys)); }),
                     NumberedFromZero);
 }
 
