@@ -73,10 +73,10 @@ public:
 };
 
 // A mark takes the line end behind it along.
-void AppendWithoutMarks(OutputText& output, const OutputText& body) {
+void AppendWithoutMarks(OutputText& output, OutputText&& body) {
     const std::string& mark = Process().generationMark;
     if (mark.empty() || body.Text().find(mark) == std::string::npos) {
-        output.Append(body);
+        output.Append(std::move(body));
         return;
     }
     output.Append(ReplaceAll(ReplaceAll(body.Text(), mark + "\r\n", ""), mark, ""));
@@ -223,7 +223,7 @@ bool MacroRun::RunBody(OutputText& output) {
     CPatternSchema& schema = *callee_->schema;
     OutputText body;
     if (!schema.Execute(script_->bodyBegin + 1, script_->bodyEnd - 1, body, run_)) return false;
-    if (!schema.IsScript()) AppendWithoutMarks(output, body);
+    if (!schema.IsScript()) AppendWithoutMarks(output, std::move(body));
     return true;
 }
 

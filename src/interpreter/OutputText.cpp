@@ -51,6 +51,23 @@ void OutputText::Append(std::string_view text) {
     Append(text, hasLineEnd ? lineEnd + 1 : std::string::npos, hasInk);
 }
 
+void OutputText::Append(OutputText&& other) {
+    if (!text_.empty()) {
+        Append(other.text_, other.lineStart_ == 0 ? std::string::npos : other.lineStart_, other.hasInk_);
+        return;
+    }
+    text_ = std::move(other.text_);
+    lineStart_ = other.lineStart_;
+    hasInk_ = other.hasInk_;
+}
+
+// A large text grows in large steps: what it will never use costs nothing, while each step copies all of it.
+void OutputText::Grow(std::size_t size) {
+    constexpr std::size_t kLargeText = std::size_t{1} << 20;
+    const std::size_t factor = text_.size() < kLargeText ? 2 : 4;
+    text_.reserve(text_.size() * factor + size);
+}
+
 void OutputText::AppendValue(std::string_view value) {
     if (value.size() <= kShortValue && !HasLineEnds(value)) {
         Append(value, std::string::npos, hasInk_ || !IsAllInvisible(value));

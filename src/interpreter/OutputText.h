@@ -25,9 +25,8 @@ public:
     // Cost: the appended text.
     void Append(std::string_view text);
     void Append(const PreparedText& prepared) { Append(prepared.text, prepared.lineStart, prepared.hasInk); }
-    void Append(const OutputText& other) {
-        Append(other.text_, other.lineStart_ == 0 ? std::string::npos : other.lineStart_, other.hasInk_);
-    }
+    // Cost: the appended text, or nothing as long as there is none here.
+    void Append(OutputText&& other);
     // A value: LF as CR LF, its own CRs dropped.
     void AppendValue(std::string_view value);
     // Is there no visible byte behind the last LF?
@@ -41,8 +40,10 @@ private:
     void Append(std::string_view text, std::size_t lineStart, bool hasInk) {
         if (lineStart != std::string::npos) lineStart_ = text_.size() + lineStart;
         hasInk_ = hasInk || (hasInk_ && lineStart == std::string::npos);
+        if (text_.capacity() - text_.size() < text.size()) Grow(text.size());
         text_ += text;
     }
+    void Grow(std::size_t size);
 
     std::string text_;
     bool hasInk_ = false;        // a visible byte was written behind the last LF

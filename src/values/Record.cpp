@@ -88,7 +88,7 @@ Cell* Record::Find(int column) const {
 }
 
 Cell* Record::InsertCell(int column) {
-    if (capacity_ == 0 || count_ == capacity_) Own(std::max<std::uint32_t>(4, count_ * 2));
+    if (capacity_ == 0 || count_ == capacity_) Own(std::max<std::uint32_t>(1, count_ * 2));
     std::uint32_t place = count_;
     while (place > 0 && cells_[place - 1].Column() > column)
         --place;
