@@ -1,118 +1,79 @@
-// Conditions of blocks: names, calls and comparisons.
-#include "ScriptRun.h"
+// Conditions of blocks: names, calls and comparisons, as tables of what holds.
+#include <map>
+#include <set>
+#include <sstream>
+
+#include "ScriptCases.h"
 
 namespace kvl {
 namespace {
 
-constexpr const char* kPeople =
-    "::PEOPLE = ::SEQUENCE{ MAN ::LIST{ NAME ::IDENTIFIER ':' ::OPTION{ PET ::LIST{ PNAME ::IDENTIFIER } } ';' } }";
+std::vector<TextCase> CasesWith(std::string_view section) {
+    std::vector<TextCase> cases;
+    for (const TextCase& row : ReadScriptCases("interpreter/Conditions.cases"))
+        if (!row[section].empty()) cases.push_back(row);
+    return cases;
+}
 
-// Declares what the conditions speak of; Y is written where the condition holds.
-constexpr const char* kDeclarations =
-    "$Y ::STREAM = \"yes\"$$ONE ::INTEGER = 1$$ZERO ::INTEGER = 0$$TRUTH ::BOOL = TRUE$$LIE ::BOOL$"
-    "$EMPTY ::STREAM$$TEXT ::STREAM = \"text\"$$NONE ::STRING[]$$SOME ::STRING[2]$$D ::KVL:DIRECTORY$"
-    "$S ::STREAM = \"A:cat;B:;\"$$PP ::PEOPLE = S$\n";
+std::string Block(const std::string& condition, const std::string& body) {
+    return "$BEGIN IF " + condition + "$" + body + "$END IF " + condition + "$";
+}
 
-struct ConditionRow {
-    const char* name;
-    const char* condition;
-    bool holds;
-};
-
-class Conditions : public testing::TestWithParam<ConditionRow> {
+class Conditions : public testing::TestWithParam<TextCase> {
 protected:
-    static void Prepare(ScriptRun& run) {
-        run.AddType("PEOPLE", kPeople);
-        run.AddPattern("P", "#A::STREAM", "$A$");
-        run.AddScript("R", "", "");
-        run.outside.memory.Put("/work/there.txt", "x");
-    }
-    static std::string Block(const std::string& condition) {
-        return "$BEGIN IF " + condition + "$$Y$$END IF " + condition + "$";
+    // "yes", "no" or the faults. A "body" has "{}" where the condition stands; what else it writes belongs to the
+    // outcome.
+    static std::string Outcome(const std::string& condition) {
+        ScriptRun run;
+        const std::string values = Prepare(run, GetParam());
+        const std::string body = GetParam()["body"].empty() ? "{}" : GetParam()["body"];
+        const bool succeeded = run.Execute(values + ReplaceAll(body, "{}", Block(condition, "$YES$")));
+        if (!succeeded) return run.faults + (Process().stoppedPath == "/work/main.kvl" ? "" : ", stopped elsewhere");
+        return run.output.empty() ? "no" : run.output;
     }
 };
+INSTANTIATE_TEST_SUITE_P(Cases, Conditions, testing::ValuesIn(CasesWith("conditions")), CaseName);
 
 TEST_P(Conditions, Decide) {
-    ScriptRun run;
-    Prepare(run);
-    EXPECT_TRUE(run.Execute(kDeclarations + Block(GetParam().condition))) << run.outside.console.output;
-    EXPECT_EQ(run.output, GetParam().holds ? "yes" : "");
+    std::istringstream rows(GetParam()["conditions"]);
+    std::string outcome;
+    for (std::string row; std::getline(rows, row);) {
+        const std::string condition = row.substr(row.find(" | ") + 3);
+        outcome += Outcome(condition) + " | " + condition + "\n";
+    }
+    ExpectSection(GetParam(), "conditions", outcome);
 }
 
-constexpr ConditionRow kNameRows[] = {
-    {"TextOfZeroIsNotEmpty", "ZERO", true}, {"EmptyText", "EMPTY", false},         {"NegatedEmptyText", "!EMPTY", true},
-    {"BooleanFalse", "LIE", false},         {"NegatedBooleanFalse", "!LIE", true}, {"BooleanTrue", "TRUTH", true},
-    {"EmptyList", "NONE", false},           {"NegatedEmptyList", "!NONE", true},   {"List", "SOME", true},
-    {"ListOfAnInstance", "PP:MAN", true},   {"ShortName", ":MAN", true},
+class Comparisons : public testing::TestWithParam<TextCase> {
+protected:
+    // How the sides stand to each other by all six operators: "<", "=", ">", "~" for sides that only "!=" joins, "x"
+    // for a comparison that is refused.
+    static std::string Order(const std::string& left, const std::string& right) {
+        static const std::map<std::string, std::string> orders = {
+            {"== <= >= ", "="}, {"!= < <= ", "<"}, {"!= > >= ", ">"}, {"!= ", "~"}};
+        ScriptRun run;
+        std::string body = Prepare(run, GetParam()) + GetParam()["body"] + "$ORDER ::STREAM$";
+        for (const std::string comparison : {"==", "!=", "<", "<=", ">", ">="})
+            body += Block(left + " " + comparison + " " + right, "$ORDER += \"" + comparison + " \"$");
+        if (!run.Execute(body + "$ORDER$")) return run.faults.starts_with("ERR_DECL_SCRIPT_VAR_9 ") ? "x" : run.faults;
+        const auto order = orders.find(run.output);
+        return order == orders.end() ? run.output : order->second;
+    }
 };
-constexpr ConditionRow kComparisonRows[] = {
-    {"Equal", "ONE == 1", true},
-    {"NotEqual", "ONE != 1", false},
-    {"NotEqualOther", "ONE != 2", true},
-    {"Less", "ZERO < ONE", true},
-    {"LessEqual", "ONE <= 1", true},
-    {"Greater", "ONE > 1", false},
-    {"GreaterEqual", "ONE >= 1", true},
-    {"Text", "TEXT == \"text\"", true},
-    {"TextOrder", "TEXT < \"texu\"", true},
-    {"LiteralAsItStands", "TEXT == \"$TEXT$\"", false},
-    {"BooleanOfAConstantZero", "TRUTH == 0", true},
-    {"CallOnTheLeft", "P(\"a\") == \"a\"", true},
-    {"CallOnTheRight", "TEXT == P(TEXT)", true},
-    {"CallsOnBothSides", "P(\"a\") == P(\"b\")", false},
-    {"BuiltIn", "KVL:GENERATION:GUID() == \"cmd_generation_guid\"", true},
-};
-constexpr ConditionRow kCallRows[] = {
-    {"Pattern", "P(\"x\")", true},
-    {"EmptyPattern", "P(\"\")", false},
-    {"NegatedPattern", "!P(\"\")", true},
-    {"ExistingFile", "D:FILE(\"/work/there.txt\")", true},
-    {"MissingFile", "D:FILE(\"/work/gone.txt\")", false},
-    {"NegatedMissingFile", "!D:FILE(\"/work/gone.txt\")", true},
-    {"OneOfSeveralFiles", "D:FILE(\"/work/gone.txt;/work/there.txt\")", true},
-};
-INSTANTIATE_TEST_SUITE_P(Name, Conditions, testing::ValuesIn(kNameRows), RowName);
-INSTANTIATE_TEST_SUITE_P(Comparison, Conditions, testing::ValuesIn(kComparisonRows), RowName);
-INSTANTIATE_TEST_SUITE_P(Call, Conditions, testing::ValuesIn(kCallRows), RowName);
+INSTANTIATE_TEST_SUITE_P(Cases, Comparisons, testing::ValuesIn(CasesWith("comparisons")), CaseName);
 
-struct FaultRow {
-    const char* name;
-    const char* condition;
-    const char* faults;
-};
-TEST(ConditionList, OfANestedListLooksAtTheCurrentRecord) {
-    ScriptRun run;
-    run.AddType("PEOPLE", kPeople);
-    EXPECT_TRUE(
-        run.Execute("$S ::STREAM = \"A:cat;B:;C:dog;\"$$P ::PEOPLE = S$"
-                    "$BEGIN ALL P:MAN$$BEGIN IF P:MAN:PET$$P:MAN:NAME$$END IF P:MAN:PET$$END ALL P:MAN$"));
-    EXPECT_EQ(run.output, "AC");
+// Each line: a left side, how it stands to the right sides behind it. Every left side meets the same right sides.
+TEST_P(Comparisons, OrderEachPair) {
+    std::istringstream table(GetParam()["comparisons"]);
+    std::map<std::string, std::set<std::string>> met;
+    for (std::string row, left, expected, right; std::getline(table, row);) {
+        std::istringstream words(row);
+        for (words >> left >> expected; words >> right; met[left].insert(right))
+            EXPECT_EQ(Order(left, right), expected) << left << " " << right;
+    }
+    for (const auto& [left, rights] : met)
+        EXPECT_EQ(rights, met.begin()->second) << left;
 }
-
-class ConditionFault : public testing::TestWithParam<FaultRow> {};
-
-TEST_P(ConditionFault, IsReported) {
-    ScriptRun run;
-    run.AddType("PEOPLE", kPeople);
-    run.AddScript("R", "", "");
-    const std::string condition = GetParam().condition;
-    EXPECT_FALSE(run.Execute("$TEXT ::STREAM$$ONE ::INTEGER$$P ::PEOPLE$\n$BEGIN IF " + condition + "$\n$END IF " +
-                             condition + "$"));
-    EXPECT_EQ(run.faults, GetParam().faults);
-    EXPECT_EQ(Process().stoppedLine, 4);
-}
-
-constexpr FaultRow kFaultRows[] = {
-    {"UnknownName", "X", "ERR_DECL_SCRIPT_VAR_5 4"},
-    {"UnknownLeft", "X == 1", "ERR_DECL_SCRIPT_VAR_5 4"},
-    {"UnknownRight", "ONE == X", "ERR_DECL_SCRIPT_VAR_5 4"},
-    {"UnknownMacro", "X()", "ERR_DECL_SCRIPT_VAR_5 4"},
-    {"IntegerWithText", "ONE == \"1\"", "ERR_DECL_SCRIPT_VAR_9 4"},
-    {"ScriptHasNoText", "R() == \"\"", "ERR_DECL_SCRIPT_VAR_9 4"},
-    {"NestedListWithoutItsLoop", "P:MAN:PET", "ERR_DECL_SCRIPT_LIST_5 4"},
-    {"ColumnWithoutItsLoop", "P:MAN:NAME", "ERR_DECL_SCRIPT_LIST_5 4, ERR_DECL_SCRIPT_VAR_5 4"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, ConditionFault, testing::ValuesIn(kFaultRows), RowName);
 
 }  // namespace
 }  // namespace kvl

@@ -49,10 +49,4 @@ protected:
     ScopedPlatform outside;
 };
 
-// The name of a case in a table of rows.
-template <class Row>
-std::string NameOfRow(const testing::TestParamInfo<Row>& info) {
-    return info.param.name;
-}
-
 }  // namespace kvl

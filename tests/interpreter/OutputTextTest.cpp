@@ -1,48 +1,35 @@
 #include "interpreter/OutputText.h"
 
-#include "LoadingTest.h"
+#include <sstream>
+
+#include "support/CaseFile.h"
+#include "support/WrittenBytes.h"
+#include "text/Replace.h"
 #include "text/Utf8.h"
 
 namespace kvl {
 namespace {
 
-struct LineRow {
-    const char* name;
-    std::string_view text;
-    bool isBlank;
-    std::string_view stripped;
-};
-class OutputLineTest : public testing::TestWithParam<LineRow> {};
-
-constexpr LineRow kLineRows[] = {
-    {"Nothing", "", true, ""},
-    {"BlanksOnly", " \t", true, ""},
-    {"LineEndLast", "a\r\n", true, "a\r\n"},
-    {"BlanksBehindLineEnd", "a\r\n \t\x01", true, "a\r\n"},
-    {"BlankLinesStay", "a\r\n  \n ", true, "a\r\n  \n"},
-    {"Ink", "a\nb", false, "a\nb"},
-    {"BlanksBehindInk", "a\nb  ", false, "a\nb  "},
-    {"SpecialLetterIsInk", "\n\xE4", false, "\n\xE4"},
-    {"OtherByteAbove127IsNone", "\n\xE9", true, "\n"},
-    {"CarriageReturnIsNone", "\n\r", true, "\n"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, OutputLineTest, testing::ValuesIn(kLineRows), NameOfRow<LineRow>);
-
-TEST_P(OutputLineTest, InOnePiece) {
+// "|text| ink |stripped|": whether the last line has ink, and the text without its blanks where it has none.
+std::string Outcome(const std::string& written, std::size_t step) {
+    const std::string text = BytesOf(written);
     OutputText output;
-    output.Append(GetParam().text);
-    EXPECT_EQ(output.IsLastLineBlank(), GetParam().isBlank);
+    for (std::size_t at = 0; at < text.size(); at += step)
+        output.Append(std::string_view(text).substr(at, step));
+    const char* kind = output.IsLastLineBlank() ? "blank" : "ink";
     output.StripLastLine();
-    EXPECT_EQ(output.Text(), GetParam().stripped);
+    return "|" + written + "| " + kind + " |" + ReplaceAll(Written(output.Text()), "\n", "{{0A}}") + "|\n";
 }
 
-TEST_P(OutputLineTest, ByteByByte) {
-    OutputText output;
-    for (const char c : GetParam().text)
-        output.Append(std::string_view(&c, 1));
-    EXPECT_EQ(output.IsLastLineBlank(), GetParam().isBlank);
-    output.StripLastLine();
-    EXPECT_EQ(output.Text(), GetParam().stripped);
+TEST(OutputLines, AreStrippedWhereTheyAreBlank) {
+    const TextCase lines = ReadCases("interpreter/OutputLines.cases").front();
+    for (const std::size_t step : {1U, 100U}) {
+        std::istringstream rows(lines["rows"]);
+        std::string outcome;
+        for (std::string row; std::getline(rows, row);)
+            outcome += Outcome(row.substr(1, row.find('|', 1) - 1), step);
+        ExpectSection(lines, "rows", outcome);
+    }
 }
 
 TEST(OutputText, ValueHasCrLfAndNoCarriageReturnOfItsOwn) {

@@ -167,22 +167,4 @@ private:
     std::vector<std::pair<std::string, std::shared_ptr<CTypeSchema>>> types_;
 };
 
-// A body of a main script, what it writes, and the messages that it ends with.
-struct ScriptRow {
-    const char* name;
-    const char* body;
-    const char* output;
-    const char* faults = "";
-};
-
-// For parameterised tests whose rows have a name.
-constexpr auto RowName = [](const auto& row) { return std::string(row.param.name); };
-
-// Runs the row on what the test has prepared.
-inline void ExpectRow(ScriptRun& run, const ScriptRow& row) {
-    EXPECT_EQ(run.Execute(row.body), std::string_view(row.faults).empty()) << run.outside.console.output;
-    EXPECT_EQ(run.output, row.output);
-    EXPECT_EQ(run.faults, row.faults);
-}
-
 }  // namespace kvl

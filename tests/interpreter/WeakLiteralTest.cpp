@@ -64,11 +64,6 @@ TEST_P(WeakLiteralTest, HasPiecesOrIsRefused) {
     }
 }
 
-TEST_F(LoadingTest, LiteralOfTheHeaderIsCompiledToo) {
-    EXPECT_FALSE(Compile("$BEGIN KVL VERSION=\"$1\"$"));
-    EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_SCRIPT_LIT_2\n")) << FirstMessage();
-}
-
 TEST_F(LoadingTest, FragmentIsCompiledWithItsLiterals) {
     const auto schema = Compile("$A$");
     ASSERT_TRUE(schema);
