@@ -16,11 +16,16 @@ std::atomic<long> aliveCount;
 
 }  // namespace
 
-// All that the program takes from the heap passes here: the other forms of new and delete lead to these.
-void* operator new(std::size_t size) {
+// All that the program takes from the heap passes here: the other forms of new and delete lead to these, but under the
+// sanitizers, which keep the forms for arrays to themselves.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     void* memory = std::malloc(size > 0 ? size : 1);
+    if (memory != nullptr) ++aliveCount;
+    return memory;
+}
+void* operator new(std::size_t size) {
+    void* memory = operator new(size, std::nothrow);
     if (memory == nullptr) throw std::bad_alloc();
-    ++aliveCount;
     return memory;
 }
 void operator delete(void* memory) noexcept {
