@@ -87,7 +87,7 @@ GROWTH = (
            sizes("terminators", inputs.terminated_lists, 10000, 100000)),
     Growth("choices 16 deep against 8", "growth/choices", sizes("choices", inputs.nested_words, 50000, 50000),
            scripts=("main.kvl", "deeper.kvl"), limit=3),
-    Growth("streams, 5 to 50 MB: merge", "growth/streams", STREAMS, scripts=("merge.kvl",) * 2, limit=25),
+    Growth("streams, 5 to 50 MB: merge", "growth/streams", STREAMS, scripts=("merge.kvl",) * 2, limit=15),
     Growth("streams, 5 to 50 MB: replace, delete", "growth/streams", STREAMS, scripts=("replace.kvl",) * 2),
     Growth("streams, 5 to 50 MB: clear, case", "growth/streams", STREAMS, scripts=("bytes.kvl",) * 2),
     Growth("streams, 5 to 50 MB: left, right, length", "growth/streams", STREAMS, scripts=("width.kvl",) * 2),

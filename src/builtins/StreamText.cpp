@@ -63,9 +63,10 @@ public:
 
     std::string Merge() {
         std::string_view pending;  // the new region in front of the next anchor
-        for (const MergePart& part : parts_) {
-            if (part.anchor.empty() || !TakeFromOldText(part.anchor)) result_.append(pending).append(part.anchor);
-            pending = part.inner;
+        for (std::size_t i = 0; i < parts_.size(); ++i) {
+            const std::string_view anchor = parts_[i].anchor;
+            if (anchor.empty() || !TakeFromOldText(i)) result_.append(pending).append(anchor);
+            pending = parts_[i].inner;
         }
         return std::move(result_);
     }
@@ -74,12 +75,14 @@ private:
     // So many bytes may be searched in vain for each byte of the old text before all anchors are looked up at once.
     static constexpr std::size_t kPatience = 8;
 
-    // Copies the old text up to the end of the anchor.
-    bool TakeFromOldText(std::string_view anchor) {
-        if (missing_.count(anchor) > 0 || (places_ && !places_->MayBeginBehind(anchor, place_))) return false;
+    // Copies the old text up to the end of the anchor of the part with this number.
+    bool TakeFromOldText(std::size_t number) {
+        const std::string_view anchor = parts_[number].anchor;
+        if (places_ && !places_->MayBeginBehind(number - firstPlaced_, place_)) return false;
+        if (missing_.count(anchor) > 0) return false;
         const std::size_t found = FindText(oldText_, anchor, place_);
         if (found == kNone) {
-            NoteMissing(anchor);
+            NoteMissing(number);
             return false;
         }
         const std::size_t end = found + anchor.size();
@@ -88,13 +91,13 @@ private:
         return true;
     }
 
-    void NoteMissing(std::string_view anchor) {
-        missing_.insert(anchor);
+    void NoteMissing(std::size_t number) {
+        missing_.insert(parts_[number].anchor);
         searchedInVain_ += oldText_.size() - place_;
         if (places_ || searchedInVain_ / kPatience < oldText_.size()) return;
         std::vector<std::string_view> anchors;
-        for (const MergePart& part : parts_)
-            anchors.push_back(part.anchor);
+        for (firstPlaced_ = number; number < parts_.size(); ++number)
+            anchors.push_back(parts_[number].anchor);
         places_.emplace(anchors, oldText_);
     }
 
@@ -103,7 +106,8 @@ private:
     std::size_t place_ = 0;  // in the old text, behind the last anchor found
     std::size_t searchedInVain_ = 0;
     std::unordered_set<std::string_view> missing_;
-    std::optional<AnchorPlaces> places_;
+    std::optional<AnchorPlaces> places_;  // of the anchors from the part `firstPlaced_` on
+    std::size_t firstPlaced_ = 0;
     std::string result_;
 };
 
