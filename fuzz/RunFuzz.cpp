@@ -20,7 +20,7 @@ using namespace kvl;
 constexpr std::size_t kMostBytes = 16'000'000;  // that one run may ask for
 constexpr std::size_t kMostRequests = 200'000;
 
-constexpr std::array kFiles = {"/work/main.kvl", "/work/a.type", "/work/a.pattern", "/work/a.txt", "/work/a.script"};
+constexpr std::array kFiles = {"/home/main.kvl", "/home/a.type", "/home/a.pattern", "/home/a.txt", "/home/a.script"};
 
 std::string_view TakePart(std::string_view& bytes) {
     const std::string_view part = bytes.substr(0, bytes.find('\0'));

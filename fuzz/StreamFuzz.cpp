@@ -164,12 +164,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ResetProcessState();
     InstallBuiltIns();
     ScopedPlatform outside;
-    outside.memory.Put("/work/main.kvl", ScriptText(calls, width));
+    outside.memory.Put("/home/main.kvl", ScriptText(calls, width));
     for (std::size_t i = 0; i < 4; ++i)
-        outside.memory.Put(std::string("/work/") + "TABC"[i] + ".txt", texts[i]);
+        outside.memory.Put(std::string("/home/") + "TABC"[i] + ".txt", texts[i]);
     Process().overwritePromptEnabled = false;
-    if (!LoadAndRun("/work/main.kvl")) Stop("a call has failed", outside.console.output);
+    if (!LoadAndRun("/home/main.kvl")) Stop("a call has failed", outside.console.output);
     for (std::size_t i = 0; i < calls.size(); ++i)
-        Expect(calls[i].expected, outside.memory.Get("/work/R" + std::to_string(i) + ".txt"), calls[i].call);
+        Expect(calls[i].expected, outside.memory.Get("/home/R" + std::to_string(i) + ".txt"), calls[i].call);
     return 0;
 }

@@ -22,7 +22,7 @@ class FileScript : public ScriptRun {
 public:
     FileScript() {
         InstallBuiltIns();
-        Process().mainScriptDirectory = "/work";
+        Process().mainScriptDirectory = "/home";
         const std::pair<const char*, std::string> kFiles[] = {
             {"a.txt", "alpha"},
             {"one/a.txt", "first"},

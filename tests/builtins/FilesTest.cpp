@@ -99,7 +99,7 @@ TEST(FileReads, WarnOfSeveralHitsAndTakeTheFirst) {
     EXPECT_EQ(run.ValueOf("S"), "first");
     EXPECT_TRUE(
         run.Shows("WARNING: WARN_EXEC_SCRIPT_FILE_2\nFile a.txt exists more then once within search path "
-                  "/work/one/;/work/two/\nTake file /work/one/a.txt\nbut not /work/two/a.txt"))
+                  "/home/one/;/home/two/\nTake file /home/one/a.txt\nbut not /home/two/a.txt"))
         << run.outside.console.output;
 }
 
@@ -113,11 +113,11 @@ TEST(FileReport, AFileBehindAStreamIsNoStreamAnyMore) {
 
 TEST(FileReport, LogGetsTheElementsOfATypeFromAStream) {
     FileScript run;
-    ASSERT_TRUE(OpenLog("/work/x.log.txt"));
+    ASSERT_TRUE(OpenLog("/home/x.log.txt"));
     EXPECT_TRUE(run.Execute("$S ::STREAM$$S = D:FILE(\"WORDS.txt\")$$::WORDS ::KVL:TYPE = S$$D:FILE(\"o.txt\") = S$"));
-    const std::string log = run.outside.memory.Get("/work/x.log.txt");
+    const std::string log = run.outside.memory.Get("/home/x.log.txt");
     EXPECT_NE(log.find("\nType Schema:\n\nType Schema WORDS\n0    BEGIN ::WORDS::LIST\n"), std::string::npos) << log;
-    EXPECT_NE(log.find("File: /work/o.txt\n\nCreated Successfully. \n\n"), std::string::npos) << log;
+    EXPECT_NE(log.find("File: /home/o.txt\n\nCreated Successfully. \n\n"), std::string::npos) << log;
     EXPECT_FALSE(run.Shows("0    BEGIN"));
 }
 
@@ -129,7 +129,7 @@ TEST(FileDumps, OfDataAndWrittenFilesOnly) {
     std::string dumps;
     for (const std::string& path : run.outside.memory.FilePaths())
         if (path.ends_with(".dump")) dumps += path + ";";
-    EXPECT_EQ(dumps, "/work/data.txt.dump;/work/out.txt.dump;");
+    EXPECT_EQ(dumps, "/home/data.txt.dump;/home/out.txt.dump;");
 }
 
 // A source in UTF-8 is folded in the variable that held it; data is not.
@@ -146,7 +146,7 @@ TEST(FileLoading, UnknownTypesAreTold) {
     ASSERT_TRUE(run.Execute("$S ::STREAM$$::EMPTY ::KVL:TYPE$"));
     EXPECT_FALSE(LoadInstanceStream(*run.root, "S", "text", "NONE", "IN"));
     EXPECT_FALSE(LoadInstanceStream(*run.root, "S", "text", "EMPTY", "IN"));
-    EXPECT_FALSE(LoadInstanceFile(*run.root, "/work/a.txt", "S", "IN"));
+    EXPECT_FALSE(LoadInstanceFile(*run.root, "/home/a.txt", "S", "IN"));
     EXPECT_TRUE(run.Shows("ERR_DECL_SCRIPT_VAR_3\nVariable type ::NONE is not declared."));
     EXPECT_TRUE(run.Shows("ERR_DECL_SCRIPT_VAR_3\nVariable type ::EMPTY is not declared."));
     EXPECT_TRUE(run.Shows("ERR_DECL_SCRIPT_PARAM_5\nParameter name S already in use"));

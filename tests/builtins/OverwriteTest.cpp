@@ -47,10 +47,10 @@ TEST(OverwriteQuestions, TakeTheirKeys) {
     for (const KeyRow& row : kFileRows) {
         ScopedPlatform outside;
         outside.console.input = row.keys;
-        EXPECT_EQ(AskOverwriteFile(schema, "/work\\a.txt"), row.mode) << row.keys;
+        EXPECT_EQ(AskOverwriteFile(schema, "/home\\a.txt"), row.mode) << row.keys;
         EXPECT_EQ(schema.overwriteMode, row.mode);
         EXPECT_EQ(outside.console.input, row.rest);
-        EXPECT_EQ(outside.console.TextIn(14), FileQuestion("/work\\a.txt"));
+        EXPECT_EQ(outside.console.TextIn(14), FileQuestion("/home\\a.txt"));
     }
 }
 

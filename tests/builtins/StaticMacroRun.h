@@ -20,7 +20,7 @@ class StaticMacroRun : public ScriptRun {
 public:
     StaticMacroRun() {
         SetBuiltIns(&macros_);
-        Process().mainScriptDirectory = "/work";
+        Process().mainScriptDirectory = "/home";
     }
 
 private:

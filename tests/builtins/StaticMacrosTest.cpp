@@ -104,7 +104,7 @@ TEST(DirectoryMacros, MakeTheWholeChain) {
     StaticMacroRun run;
     ASSERT_TRUE(run.Execute("$D ::KVL:DIRECTORY$$D:SET_PATH(\"out\")$$D:MKDIR(\"a\\\\b\")$"))
         << run.outside.console.output;
-    EXPECT_TRUE(run.outside.memory.IsDirectory("/work/out/a/b"));
+    EXPECT_TRUE(run.outside.memory.IsDirectory("/home/out/a/b"));
     StaticMacroRun another;
     EXPECT_FALSE(another.Execute("$D ::KVL:DIRECTORY$$D:MKDIR(\"main.kvl\")$"));  // a file is there
     EXPECT_EQ(another.faults, "ERR_EXEC_ENVIRON_FATAL_1 3");

@@ -11,8 +11,8 @@ namespace kvl {
 
 namespace {
 
-constexpr const char* kTypePath = "/work/type.txt";
-constexpr const char* kLogPath = "/work/log.txt";
+constexpr const char* kTypePath = "/home/type.txt";
+constexpr const char* kLogPath = "/home/log.txt";
 
 class NoKnownTypes final : public KnownTypes {
 public:

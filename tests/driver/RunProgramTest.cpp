@@ -26,7 +26,7 @@ std::string SummaryBox(int warnings, int errors) {
 
 class Program : public testing::Test {
 protected:
-    Program() { outside.memory.Put("/work/x.kvl", kScript); }
+    Program() { outside.memory.Put("/home/x.kvl", kScript); }
     ~Program() override { ResetProcessState(); }
 
     bool Run(std::vector<const char*> arguments) {
@@ -81,7 +81,7 @@ TEST_F(Program, BadPathsFail) {
     const BadPathRow kRows[] = {
         {{"-h"}, "ERR_EXEC_COMMAND_ARG_1\nFirst command line argument \"-h\""},
         {{"", "-overwrite"}, "ERR_EXEC_COMMAND_ARG_1\nFirst command line argument \"\""},
-        {{"none.kvl"}, "ERR_EXEC_SCRIPT_FILE_1\nFile none.kvl can not be found within search path /work/"},
+        {{"none.kvl"}, "ERR_EXEC_SCRIPT_FILE_1\nFile none.kvl can not be found within search path /home/"},
     };
     for (const BadPathRow& row : kRows) {
         outside.console.output.clear();
@@ -96,7 +96,7 @@ TEST_F(Program, BadPathsFail) {
 class HostileFiles : public MemoryFiles {
 public:
     enum class Deed { MemoryUsedUp, ProcessEnds };
-    explicit HostileFiles(Deed deed) : deed_(deed) { Put("/work/x.kvl", kScript); }
+    explicit HostileFiles(Deed deed) : deed_(deed) { Put("/home/x.kvl", kScript); }
 
     int ReadWhole(std::string_view, std::string&) override { return Act(); }
     int OpenReader(std::string_view, std::unique_ptr<FileReader>&) override { return Act(); }

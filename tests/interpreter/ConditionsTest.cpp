@@ -28,7 +28,7 @@ protected:
         const std::string values = Prepare(run, GetParam());
         const std::string body = GetParam()["body"].empty() ? "{}" : GetParam()["body"];
         const bool succeeded = run.Execute(values + ReplaceAll(body, "{}", Block(condition, "$YES$")));
-        if (!succeeded) return run.faults + (Process().stoppedPath == "/work/main.kvl" ? "" : ", stopped elsewhere");
+        if (!succeeded) return run.faults + (Process().stoppedPath == "/home/main.kvl" ? "" : ", stopped elsewhere");
         return run.output.empty() ? "no" : run.output;
     }
 };

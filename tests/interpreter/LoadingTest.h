@@ -18,11 +18,11 @@ protected:
     LoadingTest() { ResetProcessState(); }
     ~LoadingTest() override { ResetProcessState(); }
 
-    // Compiles the source as the file "/work/main.kvl".
+    // Compiles the source as the file "/home/main.kvl".
     std::unique_ptr<CPatternSchema> Compile(std::string_view source, int entityKind = kEntityMainScript) {
-        outside.memory.Put("/work/main.kvl", source);
+        outside.memory.Put("/home/main.kvl", source);
         ParseInfo info;
-        return CompileFile(entityKind, "/work/main.kvl", info);
+        return CompileFile(entityKind, "/home/main.kvl", info);
     }
 
     // The first message shown, without its head and the empty lines at its ends: "ERR_...\ntext\n\nline\n^\nAt line

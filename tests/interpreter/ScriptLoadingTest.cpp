@@ -41,8 +41,8 @@ protected:
     RunTest() { SetBuiltIns(&builtIns); }
 
     bool Run(std::string_view body) {
-        outside.memory.Put("/work/main.kvl", Script(body));
-        return LoadAndRun("/work/main.kvl");
+        outside.memory.Put("/home/main.kvl", Script(body));
+        return LoadAndRun("/home/main.kvl");
     }
     static std::string Script(std::string_view body) {
         return "$BEGIN KVL VERSION=\"1.0.0\"$\n$BEGIN SCRIPT MAIN()$\n" + std::string(body) +
@@ -68,9 +68,9 @@ class MainScriptPathTest : public LoadingTest, public testing::WithParamInterfac
 KVL_INSTANTIATE_CASES(MainScriptPathTest, "interpreter/MainScriptPaths.cases");
 
 TEST_P(MainScriptPathTest, IsJudged) {
-    for (const char* path : {"/work/a.kvl", "/work/B.KVL", "/work/c.kvl.kvl", "/work/unreadable.kvl"})
+    for (const char* path : {"/home/a.kvl", "/home/B.KVL", "/home/c.kvl.kvl", "/home/unreadable.kvl"})
         outside.memory.Put(path, "x");
-    outside.memory.SetUnreadable("/work/unreadable.kvl");
+    outside.memory.SetUnreadable("/home/unreadable.kvl");
     const std::string letters(260, 'a');
     std::string outcome;
     if (!CheckMainScriptPath(ReplaceAll(GetParam().Line("typed"), "{260 letters}", letters), outcome))
@@ -88,12 +88,12 @@ TEST_F(LoadingTest, DeniedDirectoryComesBeforeNotFound) {
 TEST_F(RunTest, ShowsItsProgress) {
     ASSERT_TRUE(Run("text"));
     EXPECT_EQ(outside.console.output,
-              "\nParsing File main.kvl\n( /work/main.kvl )\n"
+              "\nParsing File main.kvl\n( /home/main.kvl )\n"
               "Main Script File Parsed Successfully. \n" +
-                  std::string(77, '_') + "\n\nInterpreting Main Script /work/main.kvl\n\n");
+                  std::string(77, '_') + "\n\nInterpreting Main Script /home/main.kvl\n\n");
     EXPECT_EQ(Process().root, nullptr);
-    EXPECT_EQ(Process().mainScriptDirectory, "/work");
-    EXPECT_EQ(outside.memory.FilePaths(), std::vector<std::string>{"/work/main.kvl"});
+    EXPECT_EQ(Process().mainScriptDirectory, "/home");
+    EXPECT_EQ(outside.memory.FilePaths(), std::vector<std::string>{"/home/main.kvl"});
 }
 
 TEST_F(RunTest, MakesItsMarkAndCountsErrorsFromTheFirstCommand) {
@@ -124,18 +124,18 @@ TEST_F(RunTest, OnlyASilentFailureIsToldByItsPlace) {
     builtIns.macrosFail = true;
     EXPECT_FALSE(Run("\n$KVL:GENERATION:DATE()$"));
     EXPECT_EQ(Process().errorCount, 0);
-    EXPECT_EQ(outside.console.TextIn(10), "\nThe run stopped at line 4 of /work/main.kvl.\n");
+    EXPECT_EQ(outside.console.TextIn(10), "\nThe run stopped at line 4 of /home/main.kvl.\n");
 }
 
 TEST_F(RunTest, FileThatCannotBeOpenedIsReportedOnce) {
-    EXPECT_FALSE(LoadAndRun("/work/none.kvl"));
+    EXPECT_FALSE(LoadAndRun("/home/none.kvl"));
     EXPECT_EQ(Process().errorCount, 1);
     EXPECT_EQ(outside.console.output.find("Parsing File"), std::string::npos);
 }
 
 TEST_F(RunTest, EveryFailingFileOperationIsSurvived) {
-    ExpectEveryFailureSurvived("/work/main.kvl",
-                               [this] { outside.memory.Put("/work/main.kvl", Script("$A ::STRING = \"x\"$")); });
+    ExpectEveryFailureSurvived("/home/main.kvl",
+                               [this] { outside.memory.Put("/home/main.kvl", Script("$A ::STRING = \"x\"$")); });
 }
 
 TEST_F(LoadingTest, StreamIsCompiledUnderItsName) {
@@ -204,36 +204,36 @@ TEST_F(LoadingTest, LoadedTypeIsFoundByTheLastPartOfItsName) {
 
 class StandardScriptTest : public RunTest {
 protected:
-    StandardScriptTest() { outside.memory.Put("/work/new one.kvl", ""); }
+    StandardScriptTest() { outside.memory.Put("/home/new one.kvl", ""); }
     void PutStandardScript(std::string_view body) {
         for (const char* file : {"project.kvl", "contacts.type", "overview.pattern", "contacts.txt"})
             outside.memory.Put(std::string("/program/_1/") + file, "x");
         outside.memory.Put("/program/_1/_1.kvl", Script(body));
     }
-    static constexpr std::string_view kInput = "FILE_PATH=/work/\r\nFILE_NAME=new one";
+    static constexpr std::string_view kInput = "FILE_PATH=/home/\r\nFILE_NAME=new one";
 };
 
 TEST_F(StandardScriptTest, RunsForAnEmptyMainScriptWhichIsUsedUp) {
     PutStandardScript("$X$");
-    EXPECT_FALSE(LoadAndRun("/work/new one.kvl"));
-    EXPECT_TRUE(outside.memory.Has("/work/new one.kvl"));
+    EXPECT_FALSE(LoadAndRun("/home/new one.kvl"));
+    EXPECT_TRUE(outside.memory.Has("/home/new one.kvl"));
     PutStandardScript("");
     outside.files.FailAt(FileOperation::Rename, 1, EACCES);
-    EXPECT_TRUE(LoadAndRun("/work/new one.kvl"));
-    EXPECT_TRUE(outside.memory.Has("/work/new one.kvl"));
-    ASSERT_TRUE(LoadAndRun("/work/new one.kvl"));
+    EXPECT_TRUE(LoadAndRun("/home/new one.kvl"));
+    EXPECT_TRUE(outside.memory.Has("/home/new one.kvl"));
+    ASSERT_TRUE(LoadAndRun("/home/new one.kvl"));
     EXPECT_EQ(outside.memory.Get("/program/_1/_1_input.txt"), kInput);
     EXPECT_EQ(Process().mainScriptDirectory, "/program/_1");
-    EXPECT_TRUE(outside.memory.Has("/work/new one.kvl.delete"));
-    EXPECT_FALSE(outside.memory.Has("/work/new one.kvl"));
+    EXPECT_TRUE(outside.memory.Has("/home/new one.kvl.delete"));
+    EXPECT_FALSE(outside.memory.Has("/home/new one.kvl"));
 }
 
 TEST_F(StandardScriptTest, RunsFromAPrivateFolderWhereItsOwnCannotBeWritten) {
     PutStandardScript("");
     for (const FileOperation operation : {FileOperation::OpenWriter, FileOperation::Write, FileOperation::Commit}) {
-        outside.memory.Put("/work/new one.kvl", "");
+        outside.memory.Put("/home/new one.kvl", "");
         outside.files.FailAt(operation, 1, EROFS);
-        ASSERT_TRUE(LoadAndRun("/work/new one.kvl")) << outside.console.output;
+        ASSERT_TRUE(LoadAndRun("/home/new one.kvl")) << outside.console.output;
         EXPECT_TRUE(Process().mainScriptDirectory.starts_with("/private")) << Process().mainScriptDirectory;
         EXPECT_FALSE(outside.memory.Has(Process().mainScriptDirectory));
         EXPECT_FALSE(outside.memory.Has("/program/_1/_1_input.txt"));
@@ -249,7 +249,7 @@ TEST_F(StandardScriptTest, PrivateFolderHoldsAllThatIsBroughtAlong) {
     outside.files.FailAt(FileOperation::OpenWriter, 1, EROFS);
     {
         StandardScript standard;
-        ASSERT_TRUE(standard.Prepare("/work/new one.kvl"));
+        ASSERT_TRUE(standard.Prepare("/home/new one.kvl"));
         EXPECT_EQ(standard.Path(), "/private1/_1.kvl");
         EXPECT_EQ(outside.memory.Get("/private1/_1_input.txt"), kInput);
         EXPECT_EQ(outside.memory.Get("/private1/_1.kvl"), outside.memory.Get("/program/_1/_1.kvl"));
@@ -272,16 +272,16 @@ TEST_F(StandardScriptTest, ShippedScriptsAndPatternHaveTheirForm) {
 }
 
 TEST_F(StandardScriptTest, MissingStandardScriptIsReportedOnce) {
-    EXPECT_FALSE(LoadAndRun("/work/new one.kvl"));
+    EXPECT_FALSE(LoadAndRun("/home/new one.kvl"));
     EXPECT_EQ(Process().errorCount, 1);
     EXPECT_NE(outside.console.output.find("File /program/_1/_1.kvl can not be found"), std::string::npos)
         << outside.console.output;
 }
 
 TEST_F(StandardScriptTest, FailingFileOperationsAreSurvived) {
-    ExpectEveryFailureSurvived("/work/new one.kvl", [this] {
+    ExpectEveryFailureSurvived("/home/new one.kvl", [this] {
         PutStandardScript("");
-        outside.memory.Put("/work/new one.kvl", "");
+        outside.memory.Put("/home/new one.kvl", "");
     });
 }
 

@@ -89,8 +89,8 @@ public:
 
     // The body of a main script; its first line is line 3.
     bool Execute(const std::string& body) {
-        outside.memory.Put("/work/main.kvl", MacroText("SCRIPT", "MAIN", "", body));
-        const std::unique_ptr<CPatternSchema> compiled = Compile(kEntityMainScript, "/work/main.kvl");
+        outside.memory.Put("/home/main.kvl", MacroText("SCRIPT", "MAIN", "", body));
+        const std::unique_ptr<CPatternSchema> compiled = Compile(kEntityMainScript, "/home/main.kvl");
         if (!compiled) return Finish(false);
         root->script = compiled->script;
         root->names = compiled->names;
@@ -128,7 +128,7 @@ private:
 
     void AddMacro(int entityKind, const std::string& keyword, const std::string& name, const std::string& parameters,
                   const std::string& body) {
-        const std::string path = "/work/" + name + ".txt";
+        const std::string path = "/home/" + name + ".txt";
         outside.memory.Put(path, MacroText(keyword, name, parameters, body));
         std::shared_ptr<CPatternSchema> macro = Compile(entityKind, path);
         ASSERT_TRUE(macro) << outside.console.output;

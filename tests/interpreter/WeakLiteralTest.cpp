@@ -79,11 +79,11 @@ TEST_F(LoadingTest, FaultOfAFragmentIsReportedOnceAtTheCommand) {
     schema->currentLine = 7;
     EXPECT_FALSE(CompileFragment(*schema, "$M(,)$"));
     EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_PATTERN_SYNTAX_1")) << FirstMessage();
-    EXPECT_TRUE(FirstMessage().ends_with("At line 7 near position 0 of Pattern /work/main.kvl")) << FirstMessage();
+    EXPECT_TRUE(FirstMessage().ends_with("At line 7 near position 0 of Pattern /home/main.kvl")) << FirstMessage();
     outside.console.output.clear();
     EXPECT_FALSE(CompileFragment(*schema, "$M(\"$x\")$"));
     EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_PATTERN_LIT_2")) << FirstMessage();
-    EXPECT_TRUE(FirstMessage().ends_with("At line 7 of Pattern /work/main.kvl")) << FirstMessage();
+    EXPECT_TRUE(FirstMessage().ends_with("At line 7 of Pattern /home/main.kvl")) << FirstMessage();
     EXPECT_EQ(Process().errorCount, 2);
 }
 

@@ -6,12 +6,12 @@
 namespace kvl {
 namespace {
 
-constexpr const char* kLogPath = "/work/LogFiles/x.kvl.log.txt";
+constexpr const char* kLogPath = "/home/LogFiles/x.kvl.log.txt";
 
 class Log : public OutsideTest {
 protected:
     Log() {
-        outside.memory.PutDirectory("/work/LogFiles");
+        outside.memory.PutDirectory("/home/LogFiles");
         outside.surroundings.now = 1709967909;  // 2024-03-09 07:05:09
     }
 
@@ -19,7 +19,7 @@ protected:
     // What the log holds behind its first lines.
     std::string LogBody() { return LogText().substr(head_.size()); }
 
-    const std::string head_ = "LogFile /work/LogFiles/x.kvl.log.txt. \nCreated: Sat Mar  9 07:05:09 2024\n";
+    const std::string head_ = "LogFile /home/LogFiles/x.kvl.log.txt. \nCreated: Sat Mar  9 07:05:09 2024\n";
 };
 
 using Messages = Log;
@@ -51,7 +51,7 @@ TEST_F(Log, OpensWithItsFirstLines) {
     ASSERT_TRUE(OpenLog(kLogPath));
     EXPECT_TRUE(LogIsOpen());
     EXPECT_EQ(LogText(), head_);
-    EXPECT_EQ(outside.console.output, "LogFile /work/LogFiles/x.kvl.log.txt Created Successful. \n");
+    EXPECT_EQ(outside.console.output, "LogFile /home/LogFiles/x.kvl.log.txt Created Successful. \n");
     EXPECT_EQ(Process().logWriteCount, 0);
 }
 
@@ -67,7 +67,7 @@ TEST_F(Log, ThatCannotBeOpenedIsReported) {
     EXPECT_FALSE(OpenLog(kLogPath));
     EXPECT_FALSE(LogIsOpen());
     EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_NE(outside.console.output.find("ERR_EXEC_SCRIPT_FILE_1\nFile /work/LogFiles/x.kvl.log.txt can not be found"),
+    EXPECT_NE(outside.console.output.find("ERR_EXEC_SCRIPT_FILE_1\nFile /home/LogFiles/x.kvl.log.txt can not be found"),
               std::string::npos);
     WriteLog("lost");
     CloseLog();
@@ -144,8 +144,8 @@ TEST_F(Dump, SpellsOutEveryByte) {
     std::string bytes;
     for (int i = 0; i < 256; ++i)
         bytes += static_cast<char>(i);
-    outside.memory.Put("/work/all.txt", bytes);
-    ASSERT_TRUE(WriteDump("/work/all.txt"));
+    outside.memory.Put("/home/all.txt", bytes);
+    ASSERT_TRUE(WriteDump("/home/all.txt"));
 
     std::string expected;
     for (int i = 0; i < 256; ++i) {
@@ -170,23 +170,23 @@ TEST_F(Dump, SpellsOutEveryByte) {
         }
         expected += "\n";
     }
-    EXPECT_EQ(outside.memory.Get("/work/all.txt.dump"), expected);
+    EXPECT_EQ(outside.memory.Get("/home/all.txt.dump"), expected);
 }
 
 TEST_F(Dump, CountsLinesAndReplacesAnOlderOne) {
-    outside.memory.Put("/work/a.txt.dump", "a much longer dump than the new one, from an earlier run");
-    outside.memory.Put("/work/a.txt", "\n\v\n");
-    ASSERT_TRUE(WriteDump("/work/a.txt"));
-    EXPECT_EQ(outside.memory.Get("/work/a.txt.dump"),
+    outside.memory.Put("/home/a.txt.dump", "a much longer dump than the new one, from an earlier run");
+    outside.memory.Put("/home/a.txt", "\n\v\n");
+    ASSERT_TRUE(WriteDump("/home/a.txt"));
+    EXPECT_EQ(outside.memory.Get("/home/a.txt.dump"),
               "0 NEW LINE -------------------- LINE 1\n1 OTHER WHITESPACE \v  B\n"
               "2 NEW LINE -------------------- LINE 2\n");
 }
 
 TEST_F(Dump, IsNotWrittenUnlessSwitchedOn) {
     Process().dumpsEnabled = false;
-    outside.memory.Put("/work/a.txt", "x");
-    EXPECT_TRUE(WriteDump("/work/a.txt"));
-    EXPECT_FALSE(outside.memory.Has("/work/a.txt.dump"));
+    outside.memory.Put("/home/a.txt", "x");
+    EXPECT_TRUE(WriteDump("/home/a.txt"));
+    EXPECT_FALSE(outside.memory.Has("/home/a.txt.dump"));
 }
 
 struct DumpFailureRow {
@@ -196,20 +196,20 @@ struct DumpFailureRow {
 
 TEST_F(Dump, FailuresAreReportedOnce) {
     constexpr DumpFailureRow kRows[] = {
-        {FileOperation::ReadWhole, "ERR_EXEC_SCRIPT_FILE_1\nFile /work/a.txt can not be found"},
-        {FileOperation::OpenWriter, "ERR_EXEC_SCRIPT_FILE_1\nFile /work/a.txt.dump can not be found"},
-        {FileOperation::Write, "ERR_EXEC_SCRIPT_FILE_12\nWriting file /work/a.txt.dump fails"},
-        {FileOperation::Commit, "ERR_EXEC_SCRIPT_FILE_12\nWriting file /work/a.txt.dump fails"},
+        {FileOperation::ReadWhole, "ERR_EXEC_SCRIPT_FILE_1\nFile /home/a.txt can not be found"},
+        {FileOperation::OpenWriter, "ERR_EXEC_SCRIPT_FILE_1\nFile /home/a.txt.dump can not be found"},
+        {FileOperation::Write, "ERR_EXEC_SCRIPT_FILE_12\nWriting file /home/a.txt.dump fails"},
+        {FileOperation::Commit, "ERR_EXEC_SCRIPT_FILE_12\nWriting file /home/a.txt.dump fails"},
     };
-    outside.memory.Put("/work/a.txt", "x");
+    outside.memory.Put("/home/a.txt", "x");
     int errors = 0;
     for (const DumpFailureRow& row : kRows) {
         outside.console.output.clear();
         outside.files.FailAt(row.operation, 1, EACCES);
-        EXPECT_FALSE(WriteDump("/work/a.txt"));
+        EXPECT_FALSE(WriteDump("/home/a.txt"));
         EXPECT_NE(outside.console.output.find(row.message), std::string::npos) << outside.console.output;
         EXPECT_EQ(Process().errorCount, ++errors);
-        EXPECT_FALSE(outside.memory.Has("/work/a.txt.dump"));
+        EXPECT_FALSE(outside.memory.Has("/home/a.txt.dump"));
     }
 }
 

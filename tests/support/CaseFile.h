@@ -15,6 +15,7 @@
 
 #include <cstdlib>
 #include <fstream>
+#include <ostream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,11 @@ struct TextCase {
         return text;
     }
 };
+
+// What the test framework shows of a case.
+inline void PrintTo(const TextCase& shown, std::ostream* out) {
+    *out << shown.name;
+}
 
 // The cases of a file, named from the folder of the tests ("frontend/ScriptCommands.cases").
 inline std::vector<TextCase> ReadCases(const std::string& name) {

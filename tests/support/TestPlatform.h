@@ -3,7 +3,7 @@
 // stands still, and file operations that fail when told to.
 //
 //     ScopedPlatform outside;                       // in place until the end of the block
-//     outside.memory.Put("/work/a.txt", "text");
+//     outside.memory.Put("/home/a.txt", "text");
 //     outside.files.FailAt(FileOperation::Write, 2, ENOSPC);
 //     outside.console.input = "a\nn\n";
 //     outside.surroundings.now = 1700000000;
@@ -25,7 +25,7 @@
 
 namespace kvl {
 
-// Files and directories in memory, with "/" as root and "/work" as working directory. Paths are taken as the real file
+// Files and directories in memory, with "/" as root and "/home" as working directory. Paths are taken as the real file
 // system takes them: both separators, relative ones too, ENOENT for drives. No links.
 class MemoryFiles : public FileSystem {
 public:
@@ -67,7 +67,7 @@ public:
         return paths;
     }
 
-    std::string workingDirectory = "/work";
+    std::string workingDirectory = "/home";
     std::string executablePath = "/program/kvlRun";
 
     int CheckAccess(std::string_view path, Access access) override {

@@ -49,17 +49,17 @@ struct AbsoluteRow {
 };
 
 constexpr AbsoluteRow kAbsoluteRows[] = {
-    {"", false, "/work"},
-    {".", false, "/work"},
-    {"a\\b", false, "/work/a/b"},
-    {"a/", false, "/work/a/"},
+    {"", false, "/home"},
+    {".", false, "/home"},
+    {"a\\b", false, "/home/a/b"},
+    {"a/", false, "/home/a/"},
     {"..", false, "/"},
     {"../../../a", false, "/a"},
     {"/", true, "/"},
     {"\\x\\.\\y\\..", true, "/x"},
     {"//a//b//", true, "/a/b/"},
-    {"a/../", false, "/work/"},
-    {"...", false, "/work/..."},
+    {"a/../", false, "/home/"},
+    {"...", false, "/home/..."},
     {"C:\\a\\..\\b", true, "C:/b"},
     {"c:", true, "c:/"},
 };
@@ -76,7 +76,7 @@ TEST(PathsTest, MakeAbsolute) {
 
 TEST(PathsTest, AbsolutePathHasALongestLength) {
     const ScopedPlatform outside;
-    std::string path = std::string(kLongestPath - std::string_view("/work/").size(), 'x');
+    std::string path = std::string(kLongestPath - std::string_view("/home/").size(), 'x');
     EXPECT_TRUE(ResolveAbsolutePath(path));
     EXPECT_EQ(path.size(), kLongestPath);
     path += 'x';

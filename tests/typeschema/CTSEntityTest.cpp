@@ -16,18 +16,18 @@ TEST(CTSEntityTest, SourceNamesTheEntity) {
     EXPECT_EQ(entity.entityKind, kEntityUnknown);
     EXPECT_EQ(entity.currentLine, -1);
     entity.SetSourceStream("SRC:TEXT");
-    entity.SetSourceFile("/work\\sub/main.kvl");
+    entity.SetSourceFile("/home\\sub/main.kvl");
     EXPECT_EQ(entity.names->sourceFile, "main.kvl");
-    EXPECT_EQ(entity.names->sourceDirectory, "/work/sub/");
+    EXPECT_EQ(entity.names->sourceDirectory, "/home/sub/");
     EXPECT_EQ(entity.names->sourceStream, "");
-    EXPECT_EQ(entity.GetDisplayPath(), "/work/sub/main.kvl");
+    EXPECT_EQ(entity.GetDisplayPath(), "/home/sub/main.kvl");
     EXPECT_EQ(entity.SourceName(), "main.kvl");
     entity.SetSourceStream("SRC:TEXT");
     EXPECT_EQ(entity.names->sourcePath, "");
     EXPECT_EQ(entity.names->sourceDirectory, "SRC:TEXT");
     EXPECT_EQ(entity.GetDisplayPath(), "SRC:TEXT");
     EXPECT_EQ(entity.SourceName(), "SRC:TEXT");
-    entity.SetSourceStream("/work/sub/a.txt");
+    entity.SetSourceStream("/home/sub/a.txt");
     EXPECT_EQ(entity.SourceName(), "a.txt");
 }
 
@@ -41,9 +41,9 @@ class SourceLineTest : public testing::TestWithParam<LineRow> {};
 
 TEST_P(SourceLineTest, IsTheTextOfTheLine) {
     ScopedPlatform outside;
-    outside.memory.Put("/work/a.kvl", "one\ntwo\r\nlast");
+    outside.memory.Put("/home/a.kvl", "one\ntwo\r\nlast");
     Entity entity;
-    entity.SetSourceFile("/work/a.kvl");
+    entity.SetSourceFile("/home/a.kvl");
     EXPECT_EQ(entity.GetSourceLine(GetParam().line), GetParam().expected);
     entity.currentLine = GetParam().line;
     const MessageContext context = entity.GetMessageContext();
@@ -51,7 +51,7 @@ TEST_P(SourceLineTest, IsTheTextOfTheLine) {
     EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINE], GetParam().expected);
     EXPECT_EQ(context.lineNumber, GetParam().line);
     EXPECT_EQ(context.position, -1);
-    EXPECT_EQ(context.entityName, "/work/a.kvl");
+    EXPECT_EQ(context.entityName, "/home/a.kvl");
 }
 
 constexpr LineRow kLineRows[] = {
@@ -65,7 +65,7 @@ TEST(CTSEntityTest, LineOfAMissingFileIsReportedAndEmpty) {
     ResetProcessState();
     ScopedPlatform outside;
     Entity entity;
-    entity.SetSourceFile("/work/gone.kvl");
+    entity.SetSourceFile("/home/gone.kvl");
     EXPECT_EQ(entity.GetSourceLine(1), "");
     EXPECT_EQ(Process().errorCount, 1);
 }

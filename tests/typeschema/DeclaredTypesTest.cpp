@@ -50,7 +50,7 @@ std::string Places(const CTypeSchema& schema) {
         if (entry.mark == kMarkEnd) continue;
         const CVariable& variable = *entry.variable;
         TextPlace place;
-        EXPECT_TRUE(LocateInSource("/work/T.txt", variable.declarationPosition, variable.declarationText, place));
+        EXPECT_TRUE(LocateInSource("/home/T.txt", variable.declarationPosition, variable.declarationText, place));
         text += variable.declarationText + " " + std::to_string(place.line) + ":" + std::to_string(place.column) + "\n";
     }
     return text;
@@ -144,12 +144,12 @@ TEST_F(DeclaredTypesTest, FaultInTextThatIsNoFileStandsAtItsBeginning) {
 
 TEST_F(DeclaredTypesTest, FaultIsShownThoughTheSourceHasGone) {
     const auto schema = Read("::A = ::LIST{\n X ::B }");
-    outside_.memory.Remove("/work/T.txt");
+    outside_.memory.Remove("/home/T.txt");
     EXPECT_FALSE(Compile(*schema));
     EXPECT_TRUE(Messages().starts_with("ERR_EXEC_SCRIPT_FILE_1 "));
     EXPECT_TRUE(
         Messages().ends_with("ERR_DECL_TYPE_ELEM_3 Type ::B for element X is not declared || "
-                             "At line 2 of Type /work/T.txt\n"));
+                             "At line 2 of Type /home/T.txt\n"));
 }
 
 TEST_F(DeclaredTypesTest, ManyFaultsReadTheSourceOnce) {

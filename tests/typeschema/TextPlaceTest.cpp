@@ -39,15 +39,15 @@ TEST_P(TextPlaceTest, TellsLineColumnAndMark) {
 TEST(LocateInSourceTest, ReadsTheFileOnceAndReportsOneThatHasGone) {
     ResetProcessState();
     ScopedPlatform outside;
-    outside.memory.Put("/work/T.txt", "::NAME\n{ X ::NAME }");
+    outside.memory.Put("/home/T.txt", "::NAME\n{ X ::NAME }");
     TextPlace place;
-    EXPECT_TRUE(LocateInSource("/work/T.txt", 18, "NAME", place));
+    EXPECT_TRUE(LocateInSource("/home/T.txt", 18, "NAME", place));
     EXPECT_EQ(Show(place), "2:7 |{ X ::NAME }|      ^|");
     EXPECT_EQ(outside.files.CountOf(FileOperation::ReadWhole), 1);
     EXPECT_TRUE(LocateInSource("", 17, "NAME", place));
     EXPECT_EQ(Show(place), "1:1 ||^|");
-    outside.memory.Remove("/work/T.txt");
-    EXPECT_FALSE(LocateInSource("/work/T.txt", 18, "NAME", place));
+    outside.memory.Remove("/home/T.txt");
+    EXPECT_FALSE(LocateInSource("/home/T.txt", 18, "NAME", place));
     EXPECT_NE(outside.console.output.find("ERR_EXEC_SCRIPT_FILE_1\n"), std::string::npos);
 }
 

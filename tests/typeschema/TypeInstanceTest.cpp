@@ -94,7 +94,7 @@ TEST_F(TypeInstanceTest, RenamingHandsTheVariablesOver) {
     const auto instance = Instance(kMixedType, "IN");
     ASSERT_NE(instance, nullptr);
     Macro macro;
-    macro.SetSourceFile("/work/m.kvl");
+    macro.SetSourceFile("/home/m.kvl");
     macro.currentLine = 7;
     instance->RenameVariables("IN", "P", &macro);
     for (const char* label : {"IN", "IN:L", "IN:L:M:Y"}) {

@@ -45,7 +45,7 @@ TEST_F(TypeLimitTest, GrowthIsRefused) {
         EXPECT_FALSE(Compile(*schema));
         EXPECT_TRUE(schema->elements.empty());
         EXPECT_EQ(Messages(),
-                  "ERR_EXEC_ENVIRON_FATAL_1 Fatal error: Type T0 " + reason + " At line 1 of Type /work/T.txt\n");
+                  "ERR_EXEC_ENVIRON_FATAL_1 Fatal error: Type T0 " + reason + " At line 1 of Type /home/T.txt\n");
     }
 }
 

@@ -145,7 +145,7 @@ private:
     int line_ = 1;
 };
 
-constexpr const char* kSourcePath = "/work/T.txt";
+constexpr const char* kSourcePath = "/home/T.txt";
 
 }  // namespace
 
@@ -222,7 +222,7 @@ std::string DeclaredTypesTest::Messages() const {
 }
 
 void DeclaredTypesTest::KeepLog() {
-    ASSERT_TRUE(OpenLog("/work/log.txt"));
+    ASSERT_TRUE(OpenLog("/home/log.txt"));
 }
 
 }  // namespace kvl

@@ -33,7 +33,7 @@ private:
     std::map<std::string, std::unique_ptr<CTypeSchema>, std::less<>> schemas_;
 };
 
-// Its source is the file "/work/T.txt" of the test's outside, with the text as its content.
+// Its source is the file "/home/T.txt" of the test's outside, with the text as its content.
 class DeclaredTypesTest : public testing::Test {
 protected:
     DeclaredTypesTest() { ResetProcessState(); }
@@ -48,7 +48,7 @@ protected:
     // Everything reported so far, a line for each message: "NAME text @line:position |text of the line|".
     std::string Messages() const;
     void KeepLog();
-    std::string LogText() const { return outside_.memory.Get("/work/log.txt"); }
+    std::string LogText() const { return outside_.memory.Get("/home/log.txt"); }
 
     ScopedPlatform outside_;
 };
