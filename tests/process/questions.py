@@ -74,7 +74,7 @@ class OnATerminal(unittest.TestCase):
         body = '$S = KVL:GENERATION:USER_INPUT("Name? ")$\n' + writes("b")
         with Project(main__kvl=script(body)) as files, Terminal(files) as terminal:
             terminal.answer(RUN_QUESTION, "a")
-            terminal.expect("Name? ")
+            terminal.expect("Name? ", 2)   # first in the trace of the command, then as the question
             while terminal.is_raw():
                 time.sleep(0.002)
             terminal.type("a\tb c\n")
