@@ -31,7 +31,7 @@ constexpr bool IsInvisible(char c) {
 }
 // A to Z, a to z and "_".
 constexpr bool IsLetter(char c) { return (byte_class::kTable[static_cast<unsigned char>(c)] & byte_class::kLetter) != 0; }
-constexpr bool IsDigit(char c) { return (byte_class::kTable[static_cast<unsigned char>(c)] & byte_class::kDigit) != 0; }
+constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
 constexpr bool IsNameByte(char c) {
     return (byte_class::kTable[static_cast<unsigned char>(c)] & (byte_class::kLetter | byte_class::kDigit)) != 0;
 }

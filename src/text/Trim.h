@@ -3,10 +3,24 @@
 
 #include <string_view>
 
+#include "text/ByteClass.h"
+
 namespace kvl {
 
-std::string_view TrimInvisible(std::string_view text);
-std::string_view TrimInvisibleEnd(std::string_view text);
-std::string_view TrimInvisibleFront(std::string_view text);
+inline std::string_view TrimInvisibleEnd(std::string_view text) {
+    while (!text.empty() && IsInvisible(text.back()))
+        text.remove_suffix(1);
+    return text;
+}
+
+inline std::string_view TrimInvisibleFront(std::string_view text) {
+    while (!text.empty() && IsInvisible(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+inline std::string_view TrimInvisible(std::string_view text) {
+    return TrimInvisibleFront(TrimInvisibleEnd(text));
+}
 
 }  // namespace kvl

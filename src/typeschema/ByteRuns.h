@@ -17,9 +17,11 @@ public:
     // Where the run of a class that holds the bytes from `at` on ends; `at` itself where there is none.
     template <ByteRun run>
     const char* EndOf(const char* at, const char* end) {
+        if (at >= end || !Fits<run>(*at)) return at;
         const char* const near = end - at > kShortRun ? at + kShortRun : end;
-        while (at < near && Fits<run>(*at))
+        do
             ++at;
+        while (at < near && Fits<run>(*at));
         return at < near || near == end ? at : EndOfLong<run>(at, end);
     }
 

@@ -42,7 +42,7 @@ bool FastParser::Parse() {
 bool FastParser::ParseRange(const ParseRow* from, const ParseRow* to) {
     if (from >= to) return false;
     for (const ParseRow* row = from; row < to;) {
-        if (row->isPlain) {
+        if (row->IsPlain()) {
             row = ParsePlain(row, to);
             if (row == nullptr) return false;
         } else {
@@ -55,7 +55,7 @@ bool FastParser::ParseRange(const ParseRow* from, const ParseRow* to) {
 
 bool FastParser::ParseElement(const ParseRow& row) {
     ++steps_;
-    if (row.isPlain) return ParsePlain(&row, row.Behind()) != nullptr;
+    if (row.IsPlain()) return ParsePlain(&row, row.Behind()) != nullptr;
     return IsFailureExpected() ? ParseRemembered(row) : ParseCategory(row);
 }
 
@@ -66,37 +66,29 @@ const ParseRow* FastParser::ParsePlain(const ParseRow* from, const ParseRow* to)
     const char* at = text + window_.cursor;
     const ParseRow* row = from;
     bool matched = true;
-    for (; row < to && row->isPlain; row = row->Behind()) {
-        if (row->endsAtBytes) {
-            window_.cursor = static_cast<int>(at - text);
-            matched = ReadToBytes(*row);
-            at = text + window_.cursor;
-            if (!matched) break;
-        } else if (row->isBytes) {
-            const char* const place = row->kind == kElementWeakLiteral ? runs_.EndOf<ByteRun::Invisible>(at, end) : at;
-            matched = StartsWith(place, end, row->literal);
-            if (!matched) break;
-            at = place + row->jumpLength;
-        } else if (row->IsLiteral()) {
-            window_.cursor = static_cast<int>(at - text);
-            matched = MatchSpacedLiteral(*row);
-            at = text + window_.cursor;
-            if (!matched) break;
-        } else {
+    for (; row < to && row->IsPlain(); row = row->Behind()) {
+        if (row->reading == Reading::Token) {
             const Token token = ReadElement(runs_, at, end, row->kind);
             if (row->showsText) ShowToken(*row, at, token);
             at = token.stop;
             matched = token.accepted;
-            if (!matched) break;
-            if (row->column >= 0) cells_.emplace_back(row->column, token.Text());
+            if (matched && row->column >= 0) cells_.emplace_back(row->column, token.Text());
+        } else if (row->reading == Reading::Bytes) {
+            const char* const place = row->kind == kElementWeakLiteral ? runs_.EndOf<ByteRun::Invisible>(at, end) : at;
+            matched = StartsWith(place, end, row->literal);
+            if (matched) at = place + row->jumpLength;
+        } else {
+            window_.cursor = static_cast<int>(at - text);
+            matched = row->reading == Reading::TextToBytes ? ReadToBytes(*row) : MatchSpacedLiteral(*row);
+            at = text + window_.cursor;
         }
+        if (!matched) break;
     }
     steps_ += static_cast<std::size_t>(row - from);
     window_.cursor = static_cast<int>(at - text);
     return matched ? row : FailAt(*row);
 }
 
-// A literal in which the input may have other white space, or an empty one, which never matches.
 bool FastParser::MatchSpacedLiteral(const ParseRow& row) {
     const int start = window_.cursor;
     if (MatchWeak(window_, row.literal, MatchPlace::Anchored).found) return true;
@@ -107,7 +99,7 @@ bool FastParser::MatchSpacedLiteral(const ParseRow& row) {
 const ParseRow* FastParser::FailAt(const ParseRow& row) {
     if (row.IsLiteral() && row.literal.empty()) {
         (void)ReportEmptyLiteral(schema_, row.number, window_);
-    } else if (!IsFailureExpected() && !row.endsAtBytes) {
+    } else if (!IsFailureExpected() && row.reading != Reading::TextToBytes) {
         (void)(row.IsLiteral() ? ReportLiteral(schema_, row.number, window_)
                                : ReportElement(schema_, row.number, window_));
     }
@@ -261,13 +253,22 @@ bool FastParser::Try(const ParseRow* from, const ParseRow* to) {
     }
     --expected_;
     if (!matched) TakeBack(mark);
-    if (outermost && matched) Commit();
-    if (outermost) DropTexts();
+    if (outermost) matched ? Commit() : DropTexts();
+    return matched;
+}
+
+bool FastParser::TryPlain(const ParseRow& row) {
+    const std::size_t firstCell = cells_.size();
+    ++expected_;
+    const bool matched = ParsePlain(row.Inside(), row.InsideEnd()) != nullptr;
+    --expected_;
+    if (!matched) DropCells(firstCell);
+    if (!IsFailureExpected()) DropTexts();
     return matched;
 }
 
 void FastParser::TakeBack(const Mark& mark) {
-    cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(mark.cells), cells_.end());
+    DropCells(mark.cells);
     shortcuts_ = mark.shortcuts;
     while (added_.size() > mark.records) {
         added_.back()->TakeBackParsedRecord();
@@ -299,8 +300,10 @@ void FastParser::ClearTextsInside(const ParseRow& row) {
 
 void FastParser::CloseText(const ParseRow& row, int begin, int end, bool matched) {
     if (row.number == 0) schema_.rootSpanEnd = window_.cursor - 1;
-    const bool isStored = matched && row.column >= 0;
-    if (!row.showsText && !isStored) return;
+    if (row.KeepsText()) KeepText(row, begin, end, matched);
+}
+
+void FastParser::KeepText(const ParseRow& row, int begin, int end, bool matched) {
     const std::string_view text = TrimInvisible(window_.Between(begin, end));
     const int first = static_cast<int>(text.data() - window_.text.data());
     if (text.empty()) {
@@ -308,7 +311,7 @@ void FastParser::CloseText(const ParseRow& row, int begin, int end, bool matched
         return;
     }
     SetText(row, first, first + static_cast<int>(text.size()));
-    if (isStored) cells_.emplace_back(row.column, text);
+    if (matched && row.column >= 0) cells_.emplace_back(row.column, text);
 }
 
 // Texts stay places in the input; the variables keep it alive.

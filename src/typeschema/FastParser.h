@@ -86,6 +86,7 @@ private:
     bool ScanFromKnown(const ParseRow& row, const Search& known, int& here);
     bool JumpToCandidate(const ParseRow& row, int& next);
     int FindLiteral(const ParseRow& literal, int from);
+    int FindFarLiteral(const ParseRow& literal, int from);
 
     struct PermutationSearch;
     bool Permute(PermutationSearch& search);
@@ -93,8 +94,13 @@ private:
     // A trial of the rows from one up to another: on failure all is taken back but the cursor and the texts of
     // elements.
     bool Try(const ParseRow* from, const ParseRow* to);
+    // The same for the plain rows inside of a category, which leave nothing but cells and texts behind.
+    bool TryPlain(const ParseRow& row);
     Mark Now() const { return {cells_.size(), added_.size(), shortcuts_}; }
     void TakeBack(const Mark& mark);
+    void DropCells(std::size_t first) {
+        cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(first), cells_.end());
+    }
     // Nothing read so far will be taken back.
     void Commit();
     bool IsFailureExpected() const { return expected_ > 0; }
@@ -113,6 +119,7 @@ private:
     void ClearTextsInside(const ParseRow& row);
     // Text of a category from `begin` to `end`, trimmed: for the script and, when `matched`, for the record.
     void CloseText(const ParseRow& row, int begin, int end, bool matched);
+    void KeepText(const ParseRow& row, int begin, int end, bool matched);
     void PublishTexts();
 
     CTypeSchema& schema_;

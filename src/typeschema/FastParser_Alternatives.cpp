@@ -148,14 +148,16 @@ bool FastParser::ParseList(const ParseRow& row) {
 // One more element of the list. A repetition that consumes nothing ends it.
 bool FastParser::ParseRepetition(const ParseRow& row, std::vector<int>& starts, bool keepStart) {
     const int start = window_.cursor;
-    if (window_.IsAtEnd() || (row.insideSilent && row.insideFirst.Excludes(window_))) return false;
-    const Mark mark = Now();
-    if (!Try(row.Inside(), row.InsideEnd()) || window_.cursor == start) {
-        cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(mark.cells), cells_.end());
+    if (window_.IsAtEnd()) return false;
+    if (!row.insidePlain && row.insideSilent && row.insideFirst.Excludes(window_)) return false;
+    const std::size_t firstCell = cells_.size();
+    const bool matched = row.insidePlain ? TryPlain(row) : Try(row.Inside(), row.InsideEnd());
+    if (!matched || window_.cursor == start) {
+        DropCells(firstCell);
         window_.cursor = start;
         return false;
     }
-    AddRecord(row, mark.cells);
+    AddRecord(row, firstCell);
     if (keepStart) starts.push_back(start);
     return true;
 }
@@ -163,7 +165,7 @@ bool FastParser::ParseRepetition(const ParseRow& row, std::vector<int>& starts, 
 // The cells of the repetition become a record of the list.
 void FastParser::AddRecord(const ParseRow& row, std::size_t firstCell) {
     row.list->AddParsedRecord(std::span(cells_).subspan(firstCell), false);
-    cells_.erase(cells_.begin() + static_cast<std::ptrdiff_t>(firstCell), cells_.end());
+    DropCells(firstCell);
     if (IsFailureExpected()) added_.push_back(row.list);
 }
 

@@ -38,13 +38,13 @@ bool FastParser::ReadToBytes(const ParseRow& row) {
     const int found = FindLiteral(terminator, start);
     const bool isEmpty = found >= 0 && window_.FirstVisibleFrom(start) >= found;
     const bool matchesAtOnce = found == start || (isEmpty && terminator.kind == kElementWeakLiteral);
-    if (!matchesAtOnce && !window_.IsAtEnd()) SetText(row, start, start);
+    if (row.showsText && !matchesAtOnce && !window_.IsAtEnd()) SetText(row, start, start);
     if (found < 0) return IsFailureExpected() ? false : ReportNoTerminator(schema_, row.number, window_);
     if (row.kind == kElementDistance && isEmpty) {
         return IsFailureExpected() ? false : ReportEmptyDistance(schema_, row.number, window_);
     }
     window_.cursor = found + terminator.jumpLength;
-    CloseText(row, start, found, true);
+    if (row.KeepsText()) KeepText(row, start, found, true);
     return true;
 }
 
@@ -125,13 +125,17 @@ bool FastParser::JumpToCandidate(const ParseRow& row, int& next) {
 }
 
 int FastParser::FindLiteral(const ParseRow& literal, int from) {
+    const int near = literal.reading == Reading::Bytes ? window_.FindNear(literal.Head(), from) : -1;
+    return near >= 0 ? near : FindFarLiteral(literal, from);
+}
+
+int FastParser::FindFarLiteral(const ParseRow& literal, int from) {
+    const bool isBytes = literal.reading == Reading::Bytes;
+    const std::string_view head = literal.Head();
     Search& search = searches_[static_cast<std::size_t>(literal.number)];
     if (search.Knows(from, window_.end)) return search.at;
-    const std::string_view head =
-        literal.isBytes ? literal.literal
-                        : std::string_view(literal.literal).substr(0, static_cast<std::size_t>(literal.jumpLength));
     int found = window_.Find(head, from);
-    while (found >= 0 && !literal.isBytes) {
+    while (found >= 0 && !isBytes) {
         InputWindow attempt = window_;
         attempt.cursor = found;
         if (MatchWeak(attempt, literal.literal, MatchPlace::Anchored).found) break;

@@ -120,7 +120,11 @@ ParseProgram::ParseProgram(const CTypeSchema& schema) : rows_(schema.elements.si
         if (schema.elements[static_cast<std::size_t>(row)].mark == kMarkEnd) continue;
         FillSilence(row);
         FillFirst(row);
-        FillShape(rows_[static_cast<std::size_t>(row)]);
+        ParseRow& filled = rows_[static_cast<std::size_t>(row)];
+        filled.reading = ReadingOf(filled);
+        filled.insidePlain = IsInsidePlain(filled);
+        filled.isMereChoice = filled.kind == kElementChoice && filled.silent && filled.column < 0 &&
+                              filled.Inside() != filled.InsideEnd();
     }
 }
 
@@ -159,7 +163,6 @@ void ParseProgram::FillLiteral(ParseRow& row) const {
             ++row.jumpLength;
         }
     }
-    row.isBytes = !row.literal.empty() && row.jumpLength == static_cast<int>(row.literal.size());
 }
 
 // Rows further down are done already.
@@ -210,11 +213,25 @@ void ParseProgram::FillFirst(int row) {
     }
 }
 
-void ParseProgram::FillShape(ParseRow& row) {
+// Rows further down are done already.
+Reading ParseProgram::ReadingOf(const ParseRow& row) {
+    if (row.IsLiteral()) {
+        const bool isBytes = !row.literal.empty() && row.jumpLength == static_cast<int>(row.literal.size());
+        return isBytes ? Reading::Bytes : Reading::SpacedLiteral;
+    }
+    if (row.IsLeaf()) return Reading::Token;
     const bool isText = row.kind == kElementDistance || row.kind == kElementStream;
-    row.endsAtBytes = row.number > 0 && isText && row.Inside()->isBytes && row.Inside()->Behind() == row.InsideEnd();
-    row.isPlain = row.IsLeaf() || row.endsAtBytes;
-    row.isMereChoice = row.kind == kElementChoice && row.silent && row.column < 0 && row.Inside() != row.InsideEnd();
+    const bool endsAtBytes = row.number > 0 && isText && row.Inside()->reading == Reading::Bytes &&
+                             row.Inside()->Behind() == row.InsideEnd();
+    return endsAtBytes ? Reading::TextToBytes : Reading::Trial;
+}
+
+bool ParseProgram::IsInsidePlain(const ParseRow& row) {
+    if (row.Inside() >= row.InsideEnd()) return false;
+    for (const ParseRow* inside = row.Inside(); inside < row.InsideEnd(); inside = inside->Behind()) {
+        if (!inside->IsPlain()) return false;
+    }
+    return true;
 }
 
 void FirstBytes::Join(FirstBytes other) {

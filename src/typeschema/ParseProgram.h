@@ -36,6 +36,15 @@ struct FirstBytes {
     void Join(FirstBytes other);
 };
 
+// How an element is read: by a trial, or plainly.
+enum class Reading : unsigned char {
+    Trial,
+    Bytes,          // a literal that the input must hold byte for byte
+    SpacedLiteral,  // a literal in which the input may have other white space, or an empty one, which never matches
+    Token,
+    TextToBytes,  // a DISTANCE or STREAM that is not the root, up to one literal of bytes
+};
+
 // One row; the rows of a table lie behind each other, those inside of a category between it and its end row.
 struct ParseRow {
     int kind = kElementNone;         // ElementKind
@@ -47,19 +56,22 @@ struct ParseRow {
     bool silent = false;     // no row from here to `end` shows its text
     bool insideSilent = false;     // no row between the two shows its text
     bool keepsWhiteSpace = false;  // of a LINE: its first elementary element is a WHITESPACE
-    bool isBytes = false;          // of a literal: it has no white space in which the input may differ
-    bool endsAtBytes = false;      // of a DISTANCE or STREAM that is not the root: its terminator is one such literal
-    bool isPlain = false;          // read without a trial: a leaf, or such a text
+    bool insidePlain = false;      // all rows inside are plain, and there is one
     bool isMereChoice = false;     // a CHOICE of one alternative at least that keeps no text
-    int jumpLength = 0;            // of a literal that a search can jump to: bytes in front of its first white space
-    std::string literal;           // prepared text of a literal; empty when it cannot be matched
+    Reading reading = Reading::Trial;
+    int jumpLength = 0;   // of a literal that a search can jump to: bytes in front of its first white space
+    std::string literal;  // prepared text of a literal; empty when it cannot be matched
     CVariable* variable = nullptr;
     CVariableKVLCategoryList* list = nullptr;  // of a LIST row
     FirstBytes first;                          // of the element
     FirstBytes insideFirst;                    // of the elements of a category, as a sequence
 
     bool IsLeaf() const { return kind >= kElementStrictLiteral; }
+    bool IsPlain() const { return reading != Reading::Trial; }
     bool IsLiteral() const { return kind == kElementStrictLiteral || kind == kElementWeakLiteral; }
+    bool KeepsText() const { return showsText || column >= 0; }
+    // Of a literal: what a search for it looks for.
+    std::string_view Head() const { return std::string_view(literal).substr(0, static_cast<std::size_t>(jumpLength)); }
     // The rows inside of a category, and the row behind the element.
     const ParseRow* Inside() const { return this + 1; }
     const ParseRow* InsideEnd() const { return last; }
@@ -84,7 +96,8 @@ private:
     void FillLiteral(ParseRow& row) const;
     void FillSilence(int row);
     void FillFirst(int row);
-    static void FillShape(ParseRow& row);
+    static Reading ReadingOf(const ParseRow& row);
+    static bool IsInsidePlain(const ParseRow& row);
 
     std::vector<ParseRow> rows_;
 };

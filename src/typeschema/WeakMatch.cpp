@@ -2,17 +2,6 @@
 
 namespace kvl {
 
-int InputWindow::Find(std::string_view what, int from) const {
-    if (from >= end) return -1;
-    if (what.size() == 1) {
-        const void* byte = std::memchr(text.data() + from, what.front(), static_cast<std::size_t>(end - from));
-        return byte == nullptr ? -1 : static_cast<int>(static_cast<const char*>(byte) - text.data());
-    }
-    const std::size_t found =
-        text.substr(static_cast<std::size_t>(from), static_cast<std::size_t>(end - from)).find(what);
-    return found == std::string_view::npos ? -1 : from + static_cast<int>(found);
-}
-
 LiteralMatch MatchStrict(InputWindow& window, std::string_view literal) {
     const int length = static_cast<int>(literal.size());
     const int start = window.cursor;

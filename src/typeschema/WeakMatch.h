@@ -1,6 +1,7 @@
 #pragma once
 // The window of text that the input parser reads, and how literals are found in it.
 
+#include <algorithm>
 #include <cstring>
 #include <string_view>
 
@@ -41,7 +42,23 @@ struct InputWindow {
         if (!IsAtEnd()) cursor = FirstVisibleFrom(cursor);
     }
     // Where `what` begins at or behind `from` within the window; -1 if nowhere.
-    int Find(std::string_view what, int from) const;
+    int Find(std::string_view what, int from) const { return FindUpTo(end, what, from); }
+    // The same within a few bytes, which are looked through as quickly as a place would be remembered.
+    int FindNear(std::string_view what, int from) const { return FindUpTo(std::min(end, from + kNear), what, from); }
+
+private:
+    static constexpr int kNear = 64;
+    int FindUpTo(int limit, std::string_view what, int from) const {
+        if (from >= limit) return -1;
+        const auto length = static_cast<std::size_t>(limit - from);
+        if (what.size() > 1) return FindText(text.substr(static_cast<std::size_t>(from), length), what, from);
+        const void* byte = std::memchr(text.data() + from, what.front(), length);
+        return byte == nullptr ? -1 : static_cast<int>(static_cast<const char*>(byte) - text.data());
+    }
+    static int FindText(std::string_view where, std::string_view what, int offset) {
+        const std::size_t found = where.find(what);
+        return found == std::string_view::npos ? -1 : offset + static_cast<int>(found);
+    }
 };
 
 struct LiteralMatch {

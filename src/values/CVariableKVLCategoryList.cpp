@@ -40,7 +40,7 @@ bool CVariableKVLCategoryList::AssignValue(CVariable& source, const LoopStack& l
 void CVariableKVLCategoryList::DestroyValue() {
     DetachCursors();
     records_.Clear();
-    arena_.clear();
+    arena_.Clear();
     input_.reset();
     CVariableText::DestroyValue();
 }
@@ -245,7 +245,7 @@ void CVariableKVLCategoryList::RemoveWithNested(PathView parentKey) {
     }
     if (parentKey.empty()) {
         records_.Clear();
-        arena_.clear();
+        arena_.Clear();
         input_.reset();
     } else {
         records_.Erase(records_.LowerBound(parentKey), records_.Behind(parentKey));

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "values/CVariable.h"
+#include "values/CellArena.h"
 #include "values/LoopStack.h"
 #include "values/RecordStore.h"
 
@@ -113,7 +114,7 @@ private:
     void TakeOwnStrays(PathView parentKey, std::vector<Stray>& strays);
     static void PutBack(std::vector<Stray>& strays);
     void RemoveWithNested(PathView parentKey);
-    Cell* ArenaCells(std::size_t count);
+    void AppendNewKey(std::vector<int>& path) const;
 
     std::vector<CVariable*> columns_;                                     // not owned
     mutable std::vector<std::pair<std::string_view, int>> sortedLabels_;  // present labels and column indices
@@ -122,12 +123,7 @@ private:
     std::vector<ListCursor*> borrowers_;  // cursors that look at a record of this list
     std::shared_ptr<const std::string> input_;
 
-    struct ArenaBlock {
-        std::unique_ptr<Cell[]> cells;
-        std::size_t used = 0;
-        std::size_t capacity = 0;
-    };
-    std::vector<ArenaBlock> arena_;  // cells of parsed records, given back only when all records go or from the end
+    CellArena arena_;  // the cells of parsed records
 };
 
 // The list behind a variable: a list itself, or the root list of an instance (which takes the instance's element type);

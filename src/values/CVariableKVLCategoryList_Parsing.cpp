@@ -9,7 +9,6 @@ namespace kvl {
 
 namespace {
 
-constexpr std::size_t kArenaCells = std::size_t{1} << 17;  // 2 MiB
 constexpr char kHexDigits[] = "0123456789ABCDEF";
 
 std::string HexText(std::string_view text) {
@@ -37,37 +36,25 @@ std::string TraceHead(std::string_view verb, PathView key, bool provisional, std
 }  // namespace
 
 void CVariableKVLCategoryList::AddParsedRecord(std::span<const Cell> cells, bool provisional) {
-    Cell* place = cells.empty() ? nullptr : ArenaCells(cells.size());
+    const auto count = static_cast<std::uint32_t>(cells.size());
+    Cell* const place = arena_.Take(count);
     std::copy(cells.begin(), cells.end(), place);
-    if (cells.size() > Record::kFewCells) Record::SortByColumn(place, static_cast<std::uint32_t>(cells.size()));
+    if (count > Record::kFewCells) Record::SortByColumn(place, count);
     const auto number = static_cast<int>(records_.Size());
-    const std::span<int> key = records_.AppendOver(place, static_cast<std::uint32_t>(cells.size()), provisional,
-                                                   static_cast<std::size_t>(GetDepth()));
-    key.back() = number;
-    const CVariableKVLCategoryList* parent = parentList;
-    for (std::size_t level = key.size() - 1; level-- > 0; parent = parent->parentList)
-        key[level] = static_cast<int>(parent->records_.Size());
+    std::vector<int>& path = records_.AppendOver(place, count, provisional, static_cast<std::size_t>(GetDepth()));
+    if (parentList) parentList->AppendNewKey(path);
+    path.push_back(number);
+}
+
+void CVariableKVLCategoryList::AppendNewKey(std::vector<int>& path) const {
+    if (parentList) parentList->AppendNewKey(path);
+    path.push_back(static_cast<int>(records_.Size()));
 }
 
 void CVariableKVLCategoryList::TakeBackParsedRecord() {
-    const Record& record = records_.At(records_.Before(records_.End()));
-    const std::size_t count = record.StoredCells();
+    const std::size_t count = records_.At(records_.Before(records_.End())).StoredCells();
     records_.Truncate(1);
-    if (count == 0) return;
-    arena_.back().used -= count;
-    if (arena_.back().used == 0) arena_.pop_back();
-}
-
-Cell* CVariableKVLCategoryList::ArenaCells(std::size_t count) {
-    if (arena_.empty() || arena_.back().capacity - arena_.back().used < count) {
-        const std::size_t last = arena_.empty() ? 0 : arena_.back().capacity;
-        const std::size_t capacity = std::max(count, last == 0 ? std::size_t{16} : std::min(kArenaCells, last * 2));
-        arena_.push_back({std::make_unique_for_overwrite<Cell[]>(capacity), 0, capacity});
-    }
-    ArenaBlock& block = arena_.back();
-    Cell* cells = block.cells.get() + block.used;
-    block.used += count;
-    return cells;
+    arena_.GiveBack(count);
 }
 
 void TraceAddedRecord(const CVariableKVLCategoryList& list, PathView key, const Record& record) {

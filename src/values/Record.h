@@ -42,7 +42,8 @@ class Record {
 public:
     Record() = default;
     // Shows `count` cells that live in memory of the record's list; more than kFewCells are in order of their columns.
-    Record(Cell* cells, std::uint32_t count) : cells_(cells), count_(count) {}
+    Record(Cell* cells, std::uint32_t count, bool provisional = false)
+        : cells_(cells), count_(count), provisional_(provisional) {}
     ~Record() {
         if (capacity_ != 0) Release();
     }

@@ -8,8 +8,6 @@ namespace kvl {
 
 namespace {
 
-constexpr std::size_t kChunkRecords = 512;
-
 template <class T>
 void EraseSpan(std::vector<T>& vector, std::size_t first, std::size_t last) {
     vector.erase(vector.begin() + static_cast<std::ptrdiff_t>(first),
@@ -63,13 +61,6 @@ Record& RecordStore::Append(PathView path, Record&& record) {
     return chunk.records.emplace_back(std::move(record));
 }
 
-std::span<int> RecordStore::AppendOver(Cell* cells, std::uint32_t count, bool provisional, std::size_t length) {
-    Chunk& chunk = ChunkToAppendTo(length);
-    chunk.records.emplace_back(cells, count).SetProvisional(provisional);
-    chunk.paths.resize(chunk.paths.size() + length);
-    return std::span(chunk.paths).last(length);
-}
-
 Record& RecordStore::Insert(PathView path, Record&& record, bool& inserted) {
     inserted = true;
     if (size_ == 0 || ComparePaths(LastPath(), path) < 0) return Append(path, std::move(record));
@@ -118,14 +109,12 @@ void RecordStore::Clear() {
     size_ = 0;
 }
 
-// The last chunk with room for one record more, which the caller adds.
-RecordStore::Chunk& RecordStore::ChunkToAppendTo(std::size_t length) {
+void RecordStore::AddChunk(std::size_t length) {
     if (size_ == 0) stride_ = length;
-    if (chunks_.empty() || chunks_.back()->records.size() >= kChunkRecords) {
-        chunks_.push_back(std::make_unique<Chunk>());
-    }
-    ++size_;
-    return *chunks_.back();
+    chunks_.push_back(std::make_unique<Chunk>());
+    if (chunks_.size() == 1) return;  // a list of few records takes the room of few
+    chunks_.back()->records.reserve(kChunkRecords);
+    chunks_.back()->paths.reserve(kChunkRecords * stride_);
 }
 
 // The first position whose path is not `below`; the paths below come first.

@@ -40,8 +40,13 @@ public:
 
     // Adds a record behind all others; its path is greater than theirs.
     Record& Append(PathView path, Record&& record);
-    // The same for a record over cells that its list holds, with a path of `length` numbers, which the caller fills in.
-    std::span<int> AppendOver(Cell* cells, std::uint32_t count, bool provisional, std::size_t length);
+    // The same for a record over cells that its list holds. The caller adds its path to the paths returned, `length`
+    // numbers.
+    std::vector<int>& AppendOver(Cell* cells, std::uint32_t count, bool provisional, std::size_t length) {
+        Chunk& chunk = ChunkToAppendTo(length);
+        chunk.records.emplace_back(cells, count, provisional);
+        return chunk.paths;
+    }
     // Adds a record in its place. An existing path keeps its record (`inserted` false).
     Record& Insert(PathView path, Record&& record, bool& inserted);
     void Erase(Position first, Position last);
@@ -56,6 +61,8 @@ public:
     void Clear();
 
 private:
+    static constexpr std::size_t kChunkRecords = 512;
+
     struct Chunk {
         std::vector<int> paths;  // stride_ numbers for each record
         std::vector<Record> records;
@@ -64,7 +71,13 @@ private:
     PathView PathIn(const Chunk& chunk, std::size_t index) const {
         return {chunk.paths.data() + index * stride_, stride_};
     }
-    Chunk& ChunkToAppendTo(std::size_t length);
+    // The last chunk with room for one record more, which the caller adds.
+    Chunk& ChunkToAppendTo(std::size_t length) {
+        if (chunks_.empty() || chunks_.back()->records.size() >= kChunkRecords) AddChunk(length);
+        ++size_;
+        return *chunks_.back();
+    }
+    void AddChunk(std::size_t length);
     template <class Below>
     Position Search(Below below) const;
     Position InsertAt(Position position, PathView path, Record&& record);
