@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <pthread.h>
 #include <signal.h>
 
@@ -50,6 +51,8 @@ bool RunOnSomeStack(std::size_t byteCount, Job& job) {
 // A thread, because the system gives each its stack, with a guard page below; there is never more than one at work. The
 // waiting one blocks all signals: they must interrupt the one that may be waiting for a key.
 void RunOnLargeStack(std::size_t byteCount, const std::function<void()>& work) {
+    // One heap for both threads: one of its own would grow by a system call for every few pages.
+    mallopt(M_ARENA_MAX, 1);
     Job job{&work, {}, nullptr};
     sigset_t all;
     sigfillset(&all);
