@@ -74,6 +74,18 @@ void Record::Set(int column, std::string_view text) {
     SetCell(*cell, text);
 }
 
+void Record::MoveCells(Cell* place) {
+    for (std::uint32_t i = 0; i < count_; ++i) {
+        place[i] = cells_[i];
+        if (place[i].kind_ != Cell::kPlace || place[i].length_ > kInlineBytes) continue;
+        const char* const text = cells_[i].place_;
+        for (std::uint32_t byte = 0; byte < place[i].length_; ++byte)
+            place[i].inline_[byte] = text[byte];
+        place[i].kind_ = Cell::kInline;
+    }
+    cells_ = place;
+}
+
 Cell* Record::Find(int column) const {
     const auto wanted = static_cast<std::uint32_t>(column);
     if (count_ > kFewCells) {

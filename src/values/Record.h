@@ -75,6 +75,10 @@ public:
     void SetProvisional(bool provisional) { provisional_ = provisional; }
 
     std::size_t StoredCells() const { return count_; }
+    // Else they live in the memory of its list.
+    bool OwnsCells() const { return capacity_ != 0; }
+    // Cells in the memory of its list come to another place there; short texts come into their cells.
+    void MoveCells(Cell* place);
 
     // So few are looked through, in whatever order they stand.
     static constexpr std::uint32_t kFewCells = 16;

@@ -1,154 +1,186 @@
-// Sorting, unifying and reversing: the records of the scope and of every list nested below are taken out with their
-// keys, arranged by the order that was found for the scope, and put back under new keys. n log n for the sort, linear
-// else.
+// Sorting, unifying and reversing: the records of the scope and of every list nested below are taken out, arranged by
+// the order that was found for the scope, and put back under new keys. Linear, but for the order.
+//
+// A step to each record in the new order would be a step to memory far away, which for a million records costs more
+// than all the rest. Therefore they go in two steps: in the old order, each into the block of records near its new
+// place, and then block by block to those places. Their cells go along, so that what is read next stands in order.
 
 #include "values/RecordOrder.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <string_view>
-#include <type_traits>
+#include <optional>
 #include <utility>
 #include <vector>
 
-#include "text/Numbers.h"
-
 namespace kvl {
 
-CellKind GetCellKind(int typeId) {
-    switch (typeId) {
-        case kTypeInteger:
-        case kConstantInteger:
-            return CellKind::Integer;
-        case kTypeFloat:
-        case kConstantFloat:
-            return CellKind::Float;
-        case kTypeBool:
-        case kConstantBool:
-            return CellKind::Boolean;
-        case kTypeStream:
-        case kTypeString:
-        case kTypeIdentifier:
-        case kConstantString:
-        case kCategorySequence:
-        case kCategoryNested:
-        case kCategoryChoice:
-        case kCategoryPermutation:
-        case kCategoryDistance:
-        case kCategoryStream:
-        case kCategoryOption:
-        case kCategoryLine:
-            return CellKind::Text;
-        default:
-            return CellKind::None;
-    }
-}
-
-// The records of a scope and all that is nested below them, out of their lists. Paths and records lie side by side, so
-// that a million of them is little more than the records themselves.
 class RecordOrder {
 public:
-    using Index = std::uint32_t;  // of a record in the scope or among the records of one list below it
+    using Index = SortKeys::Index;  // of a record of the scope, before or afterwards
+
+    // A new key of the scope by its last number, and the number from which what is nested below counts on each level;
+    // none where that stays as it is.
+    struct Target {
+        int number;
+        std::optional<int> firstBelow;
+    };
 
     RecordOrder(CVariableKVLCategoryList& list, PathView parentKey) : list_(list), parentKey_(parentKey) {}
 
-    // The scope's records as they stand, before they are taken out.
+    // The scope's records as they stand, before they are arranged.
     template <class Visit>
     void VisitScope(Visit visit) const {
         const RecordStore& store = list_.records_;
         const RecordStore::Position end = store.Behind(parentKey_);
         for (RecordStore::Position p = store.LowerBound(parentKey_); p != end; p = store.Next(p))
-            visit(store.At(p));
-    }
-    Index Count() const {
-        Index count = 0;
-        VisitScope([&count](const Record&) { ++count; });
-        return count;
+            visit(store.At(p), store.PathAt(p));
     }
 
     // Record order[i] of the scope comes to the i-th place, with all below it; records that are not named are dropped.
-    // For each, `target` gives the numbers that the smallest numbers of its subtree become.
-    template <class Target>
-    void Arrange(const std::vector<Index>& order, Target target) {
+    // `target` gives the new keys by place.
+    template <class TargetOf>
+    void Arrange(const std::vector<Index>& order, TargetOf target) {
         std::vector<CVariableKVLCategoryList::Stray> strays;
         list_.TakeStrays(parentKey_, strays);
-        TakeOut(list_);
+        FindPlaces(order);
+        AddLists(list_);
+        for (Block& block : blocks_)
+            block.resize(lists_.size());
+        for (std::size_t i = 0; i < lists_.size(); ++i)
+            TakeOut(i);
         CVariableKVLCategoryList::PutBack(strays);
-        FindSubtrees();
         for (Index place = 0; place < order.size(); ++place) {
-            const Index old = order[place];
-            const RecordPath lowest = Lowest(old);
-            PutBack(old, target(*this, place, old, lowest), lowest);
+            PutBack(place, target(place));
+            if (place % kBlock == kBlock - 1) blocks_[place / kBlock].clear();
         }
     }
 
-    PathView OldKey(Index index) const { return taken_.front().PathOf(index); }
-
 private:
-    struct Taken {
-        CVariableKVLCategoryList* list = nullptr;
-        std::size_t depth = 0;        // numbers of a path
-        std::vector<int> paths;       // in order
-        std::vector<Record> records;  // in the same order
-        std::vector<Index> subtrees;  // by record of the scope: where its subtree begins, which is where the last ended
+    static constexpr Index kBlock = 16384;  // places; what stands there fits into a processor's own memory
+    static constexpr Index kDropped = ~Index{0};
 
-        Index Size() const { return static_cast<Index>(records.size()); }
-        PathView PathOf(Index index) const { return {paths.data() + index * depth, depth}; }
+    // The records of one list that belong to one place: the record of the scope, or what is nested below it.
+    struct Run {
+        Index first = 0;
+        Index last = 0;  // behind it
     };
+    struct BlockOfList {
+        std::vector<Run> runs;  // by place
+        std::vector<Record> records;
+        std::vector<int> below;  // what their paths hold behind the numbers of the scope
+        CellArena cells;
+    };
+    using Block = std::vector<BlockOfList>;  // by list
 
-    void TakeOut(CVariableKVLCategoryList& list) {
+    // Of a whole list all cells move, so that their memory can go; under one parent they stay where they are.
+    bool MovesCells() const { return parentKey_.Empty(); }
+    std::size_t ScopeDepth() const { return parentKey_.Size() + 1; }
+
+    // Where each record of the scope goes.
+    void FindPlaces(const std::vector<Index>& order) {
+        VisitScope([&](const Record&, PathView path) {
+            scopeKeys_.insert(scopeKeys_.end(), path.begin(), path.end());
+            places_.push_back(kDropped);
+        });
+        for (Index place = 0; place < order.size(); ++place)
+            places_[order[place]] = place;
+        blocks_.resize(order.size() / kBlock + 1);
+    }
+
+    void AddLists(CVariableKVLCategoryList& list) {
         list.DetachCursors();
-        RecordStore& store = list.records_;
-        const RecordStore::Position first = store.LowerBound(parentKey_);
-        const RecordStore::Position last = store.Behind(parentKey_);
-        Taken taken;
-        taken.list = &list;
-        taken.depth = static_cast<std::size_t>(list.GetDepth());
-        if (parentKey_.Empty()) {
-            taken.paths.reserve(store.Size() * taken.depth);
-            taken.records.reserve(store.Size());
-        }
-        for (RecordStore::Position p = first; p != last; p = store.Next(p)) {
-            const PathView path = store.PathAt(p);
-            taken.paths.insert(taken.paths.end(), path.begin(), path.end());
-            taken.records.push_back(std::move(store.At(p)));
-        }
-        store.Erase(first, last);
-        taken_.push_back(std::move(taken));
+        lists_.push_back(&list);
+        depths_.push_back(static_cast<std::size_t>(list.GetDepth()));
         for (std::size_t i = 0; i < list.Columns().size(); ++i) {
-            if (CVariableKVLCategoryList* nested = list.NestedList(i)) TakeOut(*nested);
+            if (CVariableKVLCategoryList* nested = list.NestedList(i)) AddLists(*nested);
         }
     }
 
     // Children of one record are neighbours, and the neighbours of all lists stand in the order of the scope: one walk.
-    void FindSubtrees() {
-        const Taken& scope = taken_.front();
-        for (Taken& taken : taken_) {
-            Index next = 0;
-            taken.subtrees.reserve(scope.records.size() + 1);
-            for (Index i = 0; i < scope.Size(); ++i) {
-                taken.subtrees.push_back(next);
-                const PathView key = scope.PathOf(i);
-                while (next < taken.Size() && std::equal(key.begin(), key.end(), taken.PathOf(next).begin()))
-                    ++next;
+    void TakeOut(std::size_t list) {
+        RecordStore& store = lists_[list]->records_;
+        const RecordStore::Position first = store.LowerBound(parentKey_);
+        const RecordStore::Position last = store.Behind(parentKey_);
+        RecordStore::Position next = first;
+        for (Index old = 0; old < places_.size(); ++old) {
+            BlockOfList* block = places_[old] == kDropped ? nullptr : &blocks_[places_[old] / kBlock][list];
+            if (block) BeginRun(*block, places_[old]);
+            for (; next != last && IsBelow(store.PathAt(next), old); next = store.Next(next))
+                if (block) Take(*block, store.At(next), store.PathAt(next));
+            if (block) block->runs[places_[old] % kBlock].last = static_cast<Index>(block->records.size());
+        }
+        store.Erase(first, last);
+        if (MovesCells()) lists_[list]->arena_.Clear();
+    }
+
+    bool IsBelow(PathView path, Index old) const {
+        const auto key = scopeKeys_.begin() + static_cast<std::ptrdiff_t>(old * ScopeDepth());
+        for (std::size_t level = 0; level < ScopeDepth(); ++level)  // few, so that no call is worth its while
+            if (path[level] != key[static_cast<std::ptrdiff_t>(level)]) return false;
+        return true;
+    }
+
+    static void BeginRun(BlockOfList& block, Index place) {
+        if (block.runs.empty()) block.runs.resize(kBlock);
+        block.runs[place % kBlock].first = static_cast<Index>(block.records.size());
+    }
+
+    void Take(BlockOfList& block, Record& record, PathView path) const {
+        for (const int number : path.subspan(ScopeDepth()))
+            block.below.push_back(number);
+        block.records.push_back(std::move(record));
+        if (MovesCells()) MoveCells(block.records.back(), block.cells);
+    }
+
+    static void MoveCells(Record& record, CellArena& arena) {
+        if (!record.OwnsCells()) record.MoveCells(arena.Take(record.StoredCells()));
+    }
+
+    // What is nested below keeps its distances: its smallest number on each level becomes the first.
+    void PutBack(Index place, const Target& target) {
+        Block& block = blocks_[place / kBlock];
+        const RecordPath lowest = LowestBelow(block, place);
+        for (std::size_t list = 0; list < lists_.size(); ++list) {
+            const Run run = RunOf(block[list], place);
+            for (Index index = run.first; index < run.last; ++index) {
+                RecordPath path(parentKey_);
+                path.Append(target.number);
+                for (const int number : Below(block, list, index)) {
+                    const int first = lowest.View()[path.Size() - ScopeDepth()];
+                    path.Append(number - first + target.firstBelow.value_or(first));
+                }
+                PutBack(*lists_[list], path, block[list].records[index]);
             }
-            taken.subtrees.push_back(next);
         }
     }
 
-    // The smallest number at each position among the keys of a subtree; as many as its longest key has.
-    RecordPath Lowest(Index index) const {
-        RecordPath lowest(OldKey(index));
-        const std::size_t depth = lowest.Size();
-        for (const Taken& taken : taken_) {
-            for (Index i = taken.subtrees[index]; i < taken.subtrees[index + 1]; ++i) {
-                const PathView path = taken.PathOf(i);
-                for (std::size_t level = depth; level < path.size(); ++level) {
+    void PutBack(CVariableKVLCategoryList& list, PathView path, Record& record) const {
+        if (MovesCells()) MoveCells(record, list.arena_);
+        bool inserted = false;
+        list.records_.Insert(path, std::move(record), inserted);
+    }
+
+    static Run RunOf(const BlockOfList& block, Index place) {
+        return block.runs.empty() ? Run() : block.runs[place % kBlock];
+    }
+
+    PathView Below(const Block& block, std::size_t list, Index index) const {
+        const std::size_t length = depths_[list] - ScopeDepth();
+        return {block[list].below.data() + index * length, length};
+    }
+
+    // The smallest number on each level below the scope among the keys of a subtree.
+    RecordPath LowestBelow(const Block& block, Index place) const {
+        RecordPath lowest;
+        for (std::size_t list = 1; list < lists_.size(); ++list) {
+            const Run run = RunOf(block[list], place);
+            for (Index index = run.first; index < run.last; ++index) {
+                const PathView below = Below(block, list, index);
+                for (std::size_t level = 0; level < below.size(); ++level) {
                     if (level == lowest.Size()) {
-                        lowest.Append(path[level]);
+                        lowest.Append(below[level]);
                     } else {
-                        lowest[level] = std::min(lowest[level], path[level]);
+                        lowest[level] = std::min(lowest[level], below[level]);
                     }
                 }
             }
@@ -156,21 +188,13 @@ private:
         return lowest;
     }
 
-    void PutBack(Index index, const RecordPath& base, const RecordPath& lowest) {
-        for (Taken& taken : taken_) {
-            for (Index i = taken.subtrees[index]; i < taken.subtrees[index + 1]; ++i) {
-                RecordPath path(taken.PathOf(i));
-                for (std::size_t level = 0; level < path.Size(); ++level)
-                    path[level] += base.View()[level] - lowest.View()[level];
-                bool inserted = false;
-                taken.list->records_.Insert(path, std::move(taken.records[i]), inserted);
-            }
-        }
-    }
-
     CVariableKVLCategoryList& list_;
     RecordPath parentKey_;
-    std::vector<Taken> taken_;  // the list itself first
+    std::vector<int> scopeKeys_;                    // the old keys of the scope, one behind the other
+    std::vector<Index> places_;                     // by old index
+    std::vector<CVariableKVLCategoryList*> lists_;  // the list itself first
+    std::vector<std::size_t> depths_;               // of their keys
+    std::vector<Block> blocks_;
 };
 
 namespace {
@@ -178,128 +202,41 @@ namespace {
 using Index = RecordOrder::Index;
 
 // New keys number the scope from 0, and what is nested below each record from its new number.
-RecordPath NumberedFromZero(const RecordOrder& records, Index place, Index old, const RecordPath& lowest) {
-    RecordPath base(records.OldKey(old));
-    const int number = static_cast<int>(place);
-    base[base.Size() - 1] = number;
-    while (base.Size() < lowest.Size())
-        base.Append(number);
-    return base;
+RecordOrder::Target NumberedFromZero(Index place) {
+    return {static_cast<int>(place), static_cast<int>(place)};
 }
 
-// The record takes the key of the one whose place it takes, and what is nested below is numbered from 0; the one in the
-// middle stays as it is.
-RecordPath KeyOfPlace(const RecordOrder& records, Index place, Index old, const RecordPath& lowest) {
-    if (place == old) return lowest;
-    RecordPath base(records.OldKey(place));
-    while (base.Size() < lowest.Size())
-        base.Append(0);
-    return base;
-}
-
-// A text with its first bytes at hand, which decide most comparisons without a look at memory far away.
-class TextKey {
-public:
-    explicit TextKey(std::string_view text) : text_(text) {
-        for (std::size_t i = 0; i < sizeof head_; ++i)
-            head_ = head_ << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0U);
-    }
-    bool operator<(const TextKey& other) const {
-        return head_ != other.head_ ? head_ < other.head_ : text_ < other.text_;
-    }
-    bool operator==(const TextKey& other) const { return head_ == other.head_ && text_ == other.text_; }
-
-private:
-    std::uint64_t head_ = 0;
-    std::string_view text_;
-};
-
-// A record of the scope by what it is compared by.
-template <class Value>
-struct Keyed {
-    Value value;
-    Index index;
-};
-
-template <class Read>
-auto ReadColumn(const RecordOrder& records, int column, Read read) {
-    std::vector<Keyed<decltype(read(std::string_view()))>> keys;
-    records.VisitScope([&](const Record& record) {
-        keys.push_back({read(record.Get(column)), static_cast<Index>(keys.size())});
-    });
+SortKeys KeysOf(const RecordOrder& records, int column, CellKind kind) {
+    SortKeys keys(kind);
+    records.VisitScope([&](const Record& record, PathView) { keys.Add(record.Get(column)); });
     return keys;
-}
-
-// Hands the column's values to `visit`, in the form in which its kind compares them.
-template <class Visit>
-std::vector<Index> WithValues(const RecordOrder& records, int column, CellKind kind, Visit visit) {
-    if (kind == CellKind::Integer) return visit(ReadColumn(records, column, ReadInteger));
-    if (kind != CellKind::Float) {
-        return visit(ReadColumn(records, column, [](std::string_view text) { return TextKey(text); }));
-    }
-    return visit(
-        ReadColumn(records, column, [](std::string_view text) { return static_cast<float>(ReadFloat(text)); }));
-}
-
-template <class Value>
-bool IsNoNumber(const Value& value) {
-    if constexpr (std::is_same_v<Value, float>) return std::isnan(value);
-    return false;
-}
-
-template <class Value>
-void SortByValue(std::vector<Keyed<Value>>& keys) {
-    std::stable_sort(keys.begin(), keys.end(), [](const Keyed<Value>& a, const Keyed<Value>& b) {
-        if (IsNoNumber(a.value) || IsNoNumber(b.value)) return !IsNoNumber(a.value) && IsNoNumber(b.value);
-        return a.value < b.value;
-    });
-}
-
-template <class Value>
-std::vector<Index> InOrder(std::vector<Keyed<Value>> keys) {
-    SortByValue(keys);
-    std::vector<Index> order;
-    order.reserve(keys.size());
-    for (const Keyed<Value>& key : keys)
-        order.push_back(key.index);
-    return order;
-}
-
-// The first of equal values is the first of its run when all are sorted; what is no number equals nothing.
-template <class Value>
-std::vector<Index> FirstOfEach(std::vector<Keyed<Value>> keys) {
-    SortByValue(keys);
-    std::vector<bool> isFirst(keys.size());
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        isFirst[keys[i].index] = i == 0 || !(keys[i - 1].value == keys[i].value);
-    std::vector<Index> kept;
-    for (Index index = 0; index < isFirst.size(); ++index)
-        if (isFirst[index]) kept.push_back(index);
-    return kept;
 }
 
 }  // namespace
 
+// Each record takes the key of the one whose place it takes, and what is nested below is numbered from 0; the one in
+// the middle stays as it is.
 void ReverseRecords(CVariableKVLCategoryList& list, PathView parentKey) {
     RecordOrder records(list, parentKey);
-    const Index count = records.Count();
-    if (count < 2) return;
-    std::vector<Index> order(count);
-    for (Index i = 0; i < count; ++i)
-        order[i] = count - 1 - i;
-    records.Arrange(order, KeyOfPlace);
+    std::vector<int> numbers;
+    records.VisitScope([&](const Record&, PathView path) { numbers.push_back(path.back()); });
+    if (numbers.size() < 2) return;
+    std::vector<Index> order(numbers.size());
+    for (Index i = 0; i < order.size(); ++i)
+        order[i] = static_cast<Index>(order.size()) - 1 - i;
+    records.Arrange(order, [&](Index place) -> RecordOrder::Target {
+        return {numbers[place], order[place] == place ? std::nullopt : std::optional<int>(0)};
+    });
 }
 
 void SortRecords(CVariableKVLCategoryList& list, PathView parentKey, int column, CellKind kind) {
     RecordOrder records(list, parentKey);
-    records.Arrange(WithValues(records, column, kind, [](auto keys) { return InOrder(std::move(keys)); }),
-                    NumberedFromZero);
+    records.Arrange(KeysOf(records, column, kind).InOrder(), NumberedFromZero);
 }
 
 void UnifyRecords(CVariableKVLCategoryList& list, PathView parentKey, int column, CellKind kind) {
     RecordOrder records(list, parentKey);
-    records.Arrange(WithValues(records, column, kind, [](auto keys) { return FirstOfEach(std::move(keys)); }),
-                    NumberedFromZero);
+    records.Arrange(KeysOf(records, column, kind).FirstOfEach(), NumberedFromZero);
 }
 
 }  // namespace kvl

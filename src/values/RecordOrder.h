@@ -2,12 +2,9 @@
 // Reordering the records of a list together with everything nested below them.
 
 #include "values/CVariableKVLCategoryList.h"
+#include "values/SortKeys.h"
 
 namespace kvl {
-
-enum class CellKind { None, Integer, Float, Text, Boolean };
-// How the cells of a column of this type are compared; None where they cannot be.
-CellKind GetCellKind(int typeId);
 
 // The scope is the whole of a primary list, or the records under `parentKey` of a nested one.
 void ReverseRecords(CVariableKVLCategoryList& list, PathView parentKey);

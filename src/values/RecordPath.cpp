@@ -5,7 +5,10 @@
 namespace kvl {
 
 bool IsChildKey(PathView path, PathView parent) {
-    return path.size() > parent.size() && std::equal(parent.begin(), parent.end(), path.begin());
+    if (path.size() <= parent.size()) return false;
+    for (std::size_t i = 0; i < parent.size(); ++i)  // few, so that no call is worth its while
+        if (path[i] != parent[i]) return false;
+    return true;
 }
 
 int ComparePaths(PathView a, PathView b) {
@@ -22,7 +25,8 @@ void RecordPath::Assign(PathView path) {
         std::vector<int> copy(path.begin(), path.end());  // `path` may be a view of this very object
         longer_ = std::move(copy);
     } else {
-        std::copy(path.begin(), path.end(), inline_.begin());  // which moves the numbers of such a view to the front
+        for (std::size_t i = 0; i < path.size(); ++i)  // which moves the numbers of such a view to the front
+            inline_[i] = path[i];
     }
     size_ = path.size();
 }

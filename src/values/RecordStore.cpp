@@ -16,22 +16,9 @@ void EraseSpan(std::vector<T>& vector, std::size_t first, std::size_t last) {
 
 }  // namespace
 
-RecordStore::Position RecordStore::Next(Position position) const {
-    ++position.index;
-    return Normalised(position);
-}
-
 RecordStore::Position RecordStore::Before(Position position) const {
     if (position.index > 0) return {position.chunk, position.index - 1};
     return {position.chunk - 1, chunks_[position.chunk - 1]->records.size() - 1};
-}
-
-PathView RecordStore::PathAt(Position position) const {
-    return PathIn(*chunks_[position.chunk], position.index);
-}
-
-Record& RecordStore::At(Position position) const {
-    return chunks_[position.chunk]->records[position.index];
 }
 
 RecordStore::Position RecordStore::LowerBound(PathView path) const {
@@ -53,12 +40,6 @@ Record* RecordStore::Find(PathView path) const {
 
 PathView RecordStore::LastPath() const {
     return PathIn(*chunks_.back(), chunks_.back()->records.size() - 1);
-}
-
-Record& RecordStore::Append(PathView path, Record&& record) {
-    Chunk& chunk = ChunkToAppendTo(path.size());
-    chunk.paths.insert(chunk.paths.end(), path.begin(), path.end());
-    return chunk.records.emplace_back(std::move(record));
 }
 
 Record& RecordStore::Insert(PathView path, Record&& record, bool& inserted) {
@@ -159,13 +140,6 @@ RecordStore::Position RecordStore::InsertAt(Position position, PathView path, Re
     chunk.paths.insert(chunk.paths.begin() + static_cast<std::ptrdiff_t>(position.index * stride_), path.begin(),
                        path.end());
     ++size_;
-    return position;
-}
-
-RecordStore::Position RecordStore::Normalised(Position position) const {
-    if (position.chunk < chunks_.size() && position.index >= chunks_[position.chunk]->records.size()) {
-        return {position.chunk + 1, 0};
-    }
     return position;
 }
 

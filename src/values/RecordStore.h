@@ -24,11 +24,14 @@ public:
 
     Position Begin() const { return {0, 0}; }
     Position End() const { return {chunks_.size(), 0}; }
-    Position Next(Position position) const;
+    Position Next(Position position) const {
+        ++position.index;
+        return position.index < chunks_[position.chunk]->records.size() ? position : Position{position.chunk + 1, 0};
+    }
     // The position in front; not for the first.
     Position Before(Position position) const;
-    PathView PathAt(Position position) const;
-    Record& At(Position position) const;
+    PathView PathAt(Position position) const { return PathIn(*chunks_[position.chunk], position.index); }
+    Record& At(Position position) const { return chunks_[position.chunk]->records[position.index]; }
 
     // The first record whose path is not below `path` (which may be shorter than the paths of the store).
     Position LowerBound(PathView path) const;
@@ -39,7 +42,12 @@ public:
     PathView LastPath() const;
 
     // Adds a record behind all others; its path is greater than theirs.
-    Record& Append(PathView path, Record&& record);
+    Record& Append(PathView path, Record&& record) {
+        Chunk& chunk = ChunkToAppendTo(path.size());
+        for (const int number : path)
+            chunk.paths.push_back(number);
+        return chunk.records.emplace_back(std::move(record));
+    }
     // The same for a record over cells that its list holds. The caller adds its path to the paths returned, `length`
     // numbers.
     std::vector<int>& AppendOver(Cell* cells, std::uint32_t count, bool provisional, std::size_t length) {
@@ -81,7 +89,6 @@ private:
     template <class Below>
     Position Search(Below below) const;
     Position InsertAt(Position position, PathView path, Record&& record);
-    Position Normalised(Position position) const;
 
     std::size_t stride_ = 0;
     std::size_t size_ = 0;
