@@ -77,9 +77,13 @@ const ParseRow* FastParser::ParsePlain(const ParseRow* from, const ParseRow* to)
             const char* const place = row->kind == kElementWeakLiteral ? runs_.EndOf<ByteRun::Invisible>(at, end) : at;
             matched = StartsWith(place, end, row->literal);
             if (matched) at = place + row->jumpLength;
+        } else if (row->reading == Reading::SpacedLiteral) {
+            const char* const behind = row->literal.empty() ? nullptr : MatchSpaced(runs_, at, end, row->literal);
+            matched = behind != nullptr;
+            if (matched) at = behind;
         } else {
             window_.cursor = static_cast<int>(at - text);
-            matched = row->reading == Reading::TextToBytes ? ReadToBytes(*row) : MatchSpacedLiteral(*row);
+            matched = ReadToBytes(*row);
             at = text + window_.cursor;
         }
         if (!matched) break;
@@ -87,13 +91,6 @@ const ParseRow* FastParser::ParsePlain(const ParseRow* from, const ParseRow* to)
     steps_ += static_cast<std::size_t>(row - from);
     window_.cursor = static_cast<int>(at - text);
     return matched ? row : FailAt(*row);
-}
-
-bool FastParser::MatchSpacedLiteral(const ParseRow& row) {
-    const int start = window_.cursor;
-    if (MatchWeak(window_, row.literal, MatchPlace::Anchored).found) return true;
-    window_.cursor = start;
-    return false;
 }
 
 const ParseRow* FastParser::FailAt(const ParseRow& row) {

@@ -64,7 +64,6 @@ private:
     bool ParseInside(const ParseRow& row) { return ParseRange(row.Inside(), row.InsideEnd()); }
     bool ParseElement(const ParseRow& row);
     const ParseRow* ParsePlain(const ParseRow* from, const ParseRow* to);
-    bool MatchSpacedLiteral(const ParseRow& row);
     const ParseRow* FailAt(const ParseRow& row);
     bool ParseRemembered(const ParseRow& row);
     bool ParseCategory(const ParseRow& row);

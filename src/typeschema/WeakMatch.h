@@ -70,6 +70,23 @@ struct LiteralMatch {
 // Character for character at the cursor, which stands behind the match then; elsewhere otherwise.
 LiteralMatch MatchStrict(InputWindow& window, std::string_view literal);
 
+// The weak rule (below) at a place, for a literal of one byte at least: where the match ends, or null.
+inline const char* MatchSpaced(ByteRuns& runs, const char* at, const char* end, std::string_view literal) {
+    if (!IsInvisible(literal.front())) at = runs.EndOf<ByteRun::Invisible>(at, end);
+    for (std::size_t next = 0; next < literal.size();) {
+        if (!IsInvisible(literal[next])) {
+            if (at == end || *at++ != literal[next++]) return nullptr;
+            continue;
+        }
+        const char* const behind = runs.EndOf<ByteRun::Invisible>(at, end);
+        if (behind == at) return nullptr;
+        at = behind;
+        while (next < literal.size() && IsInvisible(literal[next]))
+            ++next;
+    }
+    return at;
+}
+
 enum class MatchPlace { Anchored, Anywhere };
 // The weak rule: invisible bytes in front are skipped, unless the literal begins with one, and where the literal has
 // white space the input must have some, however much. Anywhere: a failed start is not looked at again, so that a match
