@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "builtins/InstallBuiltIns.h"
+#include "builtins/PlainMerge.h"
 #include "builtins/StreamText.h"
 #include "interpreter/ScriptLoading.h"
 #include "support/TestPlatform.h"
@@ -44,28 +45,6 @@ std::string PlainReplace2(std::string text, const std::string& start, const std:
         text.replace(place, behind + end.size() - place, by);
     }
     return text;
-}
-
-std::string PlainMerge(const std::string& text, const std::string& old, const std::string& start,
-                       const std::string& end) {
-    std::string out, pending;
-    std::size_t oldPlace = 0;
-    for (std::size_t place = 0; place < text.size();) {
-        const std::size_t begin = start.empty() ? kNone : text.find(start, place);
-        const std::size_t inside = begin == kNone ? kNone : begin + start.size();
-        const std::size_t close = begin == kNone || end.empty() ? kNone : text.find(end, inside);
-        const std::string anchor = text.substr(place, begin == kNone ? kNone : begin - place);
-        const std::size_t found = anchor.empty() ? kNone : old.find(anchor, oldPlace);
-        if (found == kNone) {
-            out += pending + anchor;
-        } else {
-            out += old.substr(oldPlace, found + anchor.size() - oldPlace);
-            oldPlace = found + anchor.size();
-        }
-        pending = begin == kNone ? "" : text.substr(inside, close == kNone ? kNone : close - inside);
-        place = close == kNone ? text.size() : close + end.size();
-    }
-    return out;
 }
 
 std::string PlainClear(std::string text) {

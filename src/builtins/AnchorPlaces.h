@@ -11,8 +11,7 @@ namespace kvl {
 
 class AnchorPlaces {
 public:
-    // Keeps none of the texts. Costs time in proportion to all of them, and to the number of powers of two between the
-    // sizes of the anchors.
+    // Keeps none of the texts. Costs time in proportion to all of them.
     AnchorPlaces(std::span<const std::string_view> anchors, std::string_view text);
 
     // False if the anchor with this number is known not to begin at or behind `position`.

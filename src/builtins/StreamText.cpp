@@ -2,8 +2,10 @@
 // there moves on in it, and when too many were missed, AnchorPlaces tells which of the others can still come.
 #include "builtins/StreamText.h"
 
+#include <algorithm>
 #include <optional>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "builtins/AnchorPlaces.h"
@@ -61,7 +63,8 @@ public:
     // Nothing is owned; all outlives this.
     Merger(const std::vector<MergePart>& parts, std::string_view oldText) : parts_(parts), oldText_(oldText) {}
 
-    std::string Merge() {
+    std::string Merge(std::size_t expectedSize) {
+        result_.reserve(expectedSize);
         std::string_view pending;  // the new region in front of the next anchor
         for (std::size_t i = 0; i < parts_.size(); ++i) {
             const std::string_view anchor = parts_[i].anchor;
@@ -73,7 +76,7 @@ public:
 
 private:
     // So many bytes may be searched in vain for each byte of the old text before all anchors are looked up at once.
-    static constexpr std::size_t kPatience = 8;
+    static constexpr std::size_t kPatience = 4;
 
     // Copies the old text up to the end of the anchor of the part with this number.
     bool TakeFromOldText(std::size_t number) {
@@ -95,6 +98,7 @@ private:
         missing_.insert(parts_[number].anchor);
         searchedInVain_ += oldText_.size() - place_;
         if (places_ || searchedInVain_ / kPatience < oldText_.size()) return;
+        oldText_.remove_prefix(std::exchange(place_, 0));
         std::vector<std::string_view> anchors;
         for (firstPlaced_ = number; number < parts_.size(); ++number)
             anchors.push_back(parts_[number].anchor);
@@ -103,7 +107,7 @@ private:
 
     const std::vector<MergePart>& parts_;
     std::string_view oldText_;
-    std::size_t place_ = 0;  // in the old text, behind the last anchor found
+    std::size_t place_ = 0;  // in it, behind the last anchor found
     std::size_t searchedInVain_ = 0;
     std::unordered_set<std::string_view> missing_;
     std::optional<AnchorPlaces> places_;  // of the anchors from the part `firstPlaced_` on
@@ -116,7 +120,7 @@ private:
 std::string Merge(std::string_view newText, std::string_view oldText, std::string_view startMark,
                   std::string_view endMark) {
     const std::vector<MergePart> parts = SplitForMerge(newText, startMark, endMark);
-    return Merger(parts, oldText).Merge();
+    return Merger(parts, oldText).Merge(std::max(newText.size(), oldText.size()));
 }
 
 std::string Replace2(std::string_view text, std::string_view startMark, std::string_view endMark,
