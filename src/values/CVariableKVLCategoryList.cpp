@@ -145,13 +145,8 @@ void CVariableKVLCategoryList::AppendDefaultRecords(int count) {
     }
 }
 
-int CVariableKVLCategoryList::ColumnIndexFor(const CVariable& column) const {
+int CVariableKVLCategoryList::FindColumnIndex(const CVariable& column) const {
     if (IsBracketList()) return columns_.empty() ? -1 : 0;
-    const int index = column.columnIndex;
-    if (index >= 0 && index < static_cast<int>(columns_.size()) &&
-        columns_[static_cast<std::size_t>(index)] == &column) {
-        return index;
-    }
     const CVariable* found = FindColumn(column.label);
     if (!found) return -1;
     return static_cast<int>(std::find(columns_.begin(), columns_.end(), found) - columns_.begin());

@@ -57,7 +57,11 @@ public:
     // Records of "0", "FALSE" or empty cells by the columns' types.
     void AppendDefaultRecords(int count);
     // The index of the column that a label means; -1 if none.
-    int ColumnIndexFor(const CVariable& column) const;
+    int ColumnIndexFor(const CVariable& column) const {
+        const auto index = static_cast<std::size_t>(column.columnIndex);
+        const bool isOwn = index < columns_.size() && columns_[index] == &column;
+        return isOwn && !IsBracketList() ? column.columnIndex : FindColumnIndex(column);
+    }
     bool HasSameShape(const CVariableKVLCategoryList& other) const;
 
     // --- walking; all true when a record was found ---
@@ -115,6 +119,7 @@ private:
     static void PutBack(std::vector<Stray>& strays);
     void RemoveWithNested(PathView parentKey);
     void AppendNewKey(std::vector<int>& path) const;
+    int FindColumnIndex(const CVariable& column) const;
 
     std::vector<CVariable*> columns_;                                     // not owned
     mutable std::vector<std::pair<std::string_view, int>> sortedLabels_;  // present labels and column indices

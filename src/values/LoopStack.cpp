@@ -36,12 +36,4 @@ void ListCursor::LetGo() {
     std::erase(list->borrowers_, this);
 }
 
-RunningLoop* LoopStack::FindLoop(const CVariableKVLCategoryList* list) const {
-    if (!list) return nullptr;
-    for (std::size_t i = loops_.size(); i-- > 0;) {
-        if (loops_[i]->UsesList(list)) return loops_[i];
-    }
-    return nullptr;
-}
-
 }  // namespace kvl

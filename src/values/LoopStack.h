@@ -64,7 +64,13 @@ public:
     bool Empty() const { return loops_.empty(); }
     RunningLoop* Innermost() const { return loops_.empty() ? nullptr : loops_.back(); }
     // The innermost loop that has `list` as first or second list; null if none, or if `list` is null.
-    RunningLoop* FindLoop(const CVariableKVLCategoryList* list) const;
+    RunningLoop* FindLoop(const CVariableKVLCategoryList* list) const {
+        if (!list) return nullptr;
+        for (std::size_t i = loops_.size(); i-- > 0;) {
+            if (loops_[i]->UsesList(list)) return loops_[i];
+        }
+        return nullptr;
+    }
     // All loops, from the top of the stack down.
     template <class Visit>
     void FromTop(Visit visit) const {

@@ -12,18 +12,6 @@ constexpr std::size_t kInlineBytes = 8;
 
 }  // namespace
 
-std::string_view Cell::Text() const {
-    switch (static_cast<Kind>(kind_)) {
-        case kPlace:
-            return {place_, length_};
-        case kInline:
-            return {inline_, length_};
-        case kOwned:
-            return {owned_, length_};
-    }
-    return {};
-}
-
 Record& Record::operator=(Record&& other) noexcept {
     if (this == &other) return *this;
     Release();
@@ -53,15 +41,6 @@ Record Record::Copy() const {
     return copy;
 }
 
-std::string_view Record::Get(int column) const {
-    const Cell* cell = Find(column);
-    return cell ? cell->Text() : std::string_view();
-}
-
-bool Record::Has(int column) const {
-    return !partial_ || Find(column) != nullptr;
-}
-
 void Record::Set(int column, std::string_view text) {
     Cell* cell = Find(column);
     if (!cell) {
@@ -86,17 +65,10 @@ void Record::MoveCells(Cell* place) {
     cells_ = place;
 }
 
-Cell* Record::Find(int column) const {
-    const auto wanted = static_cast<std::uint32_t>(column);
-    if (count_ > kFewCells) {
-        Cell* cell = std::lower_bound(cells_, cells_ + count_, wanted,
-                                      [](const Cell& c, std::uint32_t value) { return c.column_ < value; });
-        return cell != cells_ + count_ && cell->column_ == wanted ? cell : nullptr;
-    }
-    for (std::uint32_t i = 0; i < count_; ++i) {
-        if (cells_[i].column_ == wanted) return cells_ + i;
-    }
-    return nullptr;
+Cell* Record::FindInOrder(std::uint32_t column) const {
+    Cell* cell = std::lower_bound(cells_, cells_ + count_, column,
+                                  [](const Cell& c, std::uint32_t value) { return c.column_ < value; });
+    return cell != cells_ + count_ && cell->column_ == column ? cell : nullptr;
 }
 
 Cell* Record::InsertCell(int column) {
@@ -150,14 +122,15 @@ void Record::SetCell(Cell& cell, std::string_view text) {
         char* bytes = std::allocator<char>().allocate(text.size());
         std::copy(text.begin(), text.end(), bytes);
         FreeText(cell);
-        cell.owned_ = bytes;
+        cell.place_ = bytes;
         cell.kind_ = Cell::kOwned;
     }
     cell.length_ = length;
 }
 
 void Record::FreeText(Cell& cell) {
-    if (cell.kind_ == Cell::kOwned) std::allocator<char>().deallocate(cell.owned_, cell.length_);
+    if (cell.kind_ != Cell::kOwned) return;
+    std::allocator<char>().deallocate(const_cast<char*>(cell.place_), cell.length_);
 }
 
 }  // namespace kvl

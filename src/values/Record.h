@@ -15,13 +15,14 @@ class Cell {
 public:
     Cell() = default;
     // A place in memory that outlives the cell.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): of a union only one member is set
     Cell(int column, std::string_view place)
         : place_(place.data()),
           length_(static_cast<std::uint32_t>(place.size())),
           column_(static_cast<std::uint32_t>(column) & 0x3FFFFFFFU),
           kind_(kPlace) {}
 
-    std::string_view Text() const;
+    std::string_view Text() const { return {kind_ == kInline ? inline_ : place_, length_}; }
     int Column() const { return static_cast<int>(column_); }
 
 private:
@@ -29,8 +30,7 @@ private:
     enum Kind : std::uint32_t { kPlace, kInline, kOwned };
 
     union {
-        const char* place_;
-        char* owned_;
+        const char* place_;  // or an owned text
         char inline_[8];
     };
     std::uint32_t length_;
@@ -63,9 +63,12 @@ public:
     Record Copy() const;
 
     // The text of a column, empty where none is stored. Valid until the record changes.
-    std::string_view Get(int column) const;
+    std::string_view Get(int column) const {
+        const Cell* cell = Find(column);
+        return cell ? cell->Text() : std::string_view();
+    }
     // Does the record have a cell for the column? All columns, unless the record is partial.
-    bool Has(int column) const;
+    bool Has(int column) const { return !partial_ || Find(column) != nullptr; }
     void Set(int column, std::string_view text);
 
     // A partial record lacks the columns that were never set.
@@ -85,7 +88,14 @@ public:
     static void SortByColumn(Cell* cells, std::uint32_t count);
 
 private:
-    Cell* Find(int column) const;
+    Cell* Find(int column) const {
+        const auto wanted = static_cast<std::uint32_t>(column);
+        if (count_ > kFewCells) return FindInOrder(wanted);
+        for (Cell* cell = cells_; cell != cells_ + count_; ++cell)
+            if (cell->column_ == wanted) return cell;
+        return nullptr;
+    }
+    Cell* FindInOrder(std::uint32_t column) const;
     Cell* InsertCell(int column);
     void Own(std::uint32_t capacity);
     void Release();
