@@ -25,7 +25,7 @@ std::string CommandList::DumpCommands() const {
     std::string dump;
     for (std::size_t index = 0; index < commands.size(); ++index) {
         const PatternCommand& command = commands[index];
-        const std::string& text = command.kind == cmd_kind_stream ? command.streamText : command.commandText;
+        const std::string_view text = command.kind == cmd_kind_stream ? command.streamText : command.commandText;
         dump += std::to_string(index) + ' ';
         dump += GetCommandName(command.kind);
         dump += ' ' + ReplaceAll(text, "\n", "\\n") + '\n';

@@ -39,6 +39,8 @@ public:
     // Appends a command, or literal text, at the line that has been reached.
     void Append(PatternCommand&& command);
     void AppendText(std::string_view text);
+    // Keeps the texts of the commands.
+    CommandTexts& Texts() { return *list_.texts; }
 
     int EntityKind() const { return report_.entityKind; }
     bool Report(MessageId id) { return report_.Report(scan_, id); }

@@ -14,29 +14,15 @@ std::string LiteralValue(std::string_view rawLiteral) {
     return UnquoteLiteral(rawLiteral, '"');
 }
 
-WeakLiteral MakeWeakLiteral(std::string_view name, std::string_view value) {
-    WeakLiteral literal;
-    literal.name = name;
-    literal.text = value;
-    return literal;
-}
-
-std::string JoinWithBlanks(std::string_view first, std::string_view second, std::string_view third) {
-    std::string text(first);
-    text += ' ';
-    text += second;
-    text += ' ';
-    text += third;
-    return text;
-}
-
 std::string ParameterText(const FormalParameter& parameter) {
     return parameter.annotation + parameter.name + "::" + parameter.typeName + (parameter.isList ? "[]" : "");
 }
 
 std::string ArgumentText(const ActualArgument& argument) {
-    const std::string text = argument.typeId == kConstantString ? '"' + argument.name + '"' : argument.name;
-    return argument.byValue ? text + "[]" : text;
+    const std::string_view quote = argument.typeId == kConstantString ? "\"" : "";
+    std::string text(quote);
+    text.append(argument.name).append(quote).append(argument.byValue ? "[]" : "");
+    return text;
 }
 
 // The types whose variables are declared like a call.
@@ -73,8 +59,10 @@ int ScriptCompiler::NextToken(std::string_view& text) {
     return token;
 }
 
-std::string ScriptCompiler::TakeLabel() {
-    return std::exchange(label_, std::string());
+std::string_view ScriptCompiler::TakeLabel() {
+    const std::string_view label = Keep(label_);
+    label_.clear();
+    return label;
 }
 
 bool ScriptCompiler::EndShortName() {
@@ -90,52 +78,52 @@ bool ScriptCompiler::EndCommand() {
     return !opensComment || scanner_.ReadCommentBlock();
 }
 
-void ScriptCompiler::SetBegin(std::string_view keyword) {
+void ScriptCompiler::SetBegin() {
     command_.beginEnd = cmd_begin;
-    command_.beginText = keyword;
-    command_.commandText = command_.beginText + ' ' + command_.commandText;
+    command_.beginText = "BEGIN";
+    command_.commandText = Join({"BEGIN ", command_.commandText});
 }
 
-void ScriptCompiler::SetEnd(std::string_view keyword) {
+void ScriptCompiler::SetEnd() {
     command_.beginEnd = cmd_end;
-    command_.endText = keyword;
-    command_.commandText = command_.endText + ' ' + command_.commandText;
+    command_.endText = "END";
+    command_.commandText = Join({"END ", command_.commandText});
 }
 
 // Block heads
 
 void ScriptCompiler::EndVersion(std::string_view rawLiteral) {
-    SetSubkind(cmd_kvl_file_version, "KVL VERSION ");
-    command_.commandText += rawLiteral;
-    command_.weakLiterals.push_back(MakeWeakLiteral("VERSION", LiteralValue(rawLiteral)));
+    SetSubkind(cmd_kvl_file_version, Join({"KVL VERSION ", rawLiteral}));
+    command_.weakLiterals.push_back({"VERSION", Keep(LiteralValue(rawLiteral)), {}});
 }
 
-void ScriptCompiler::SetSubkind(CommandId subkind, std::string_view keyword) {
+void ScriptCompiler::EndVerbatimHead(CommandId subkind, std::string_view keyword) {
+    SetSubkind(subkind, Keep(keyword));
+}
+
+void ScriptCompiler::SetSubkind(CommandId subkind, std::string_view commandText) {
     command_.subkind = subkind;
-    command_.commandText = keyword;
+    command_.commandText = commandText;
 }
 
 void ScriptCompiler::EndScriptHead(std::string_view name) {
-    command_.subkind = cmd_declare_script_macro;
-    command_.scriptMacroName = name;
-    SetSignature("SCRIPT ", name);
+    command_.macroHead.Make().scriptMacroName = Keep(name);
+    SetSubkind(cmd_declare_script_macro, Signature("SCRIPT ", name));
 }
 
 void ScriptCompiler::EndPatternHead(std::string_view name) {
-    command_.subkind = cmd_declare_pattern_macro;
-    command_.patternMacroName = name;
-    SetSignature("PATTERN ", name);
+    command_.macroHead.Make().patternMacroName = Keep(name);
+    SetSubkind(cmd_declare_pattern_macro, Signature("PATTERN ", name));
 }
 
-void ScriptCompiler::SetSignature(std::string_view keyword, std::string_view name) {
-    command_.commandText = keyword;
-    command_.commandText += TextWithList(name, command_.formalParameters, ParameterText);
+std::string_view ScriptCompiler::Signature(std::string_view keyword, std::string_view name) {
+    return Join({keyword, TextWithList(name, command_.macroHead->formalParameters, ParameterText)});
 }
 
 bool ScriptCompiler::EndParameter(std::string_view name) {
     if (name == "void") return scanner_.Report(TwinFor(ERR_DECL_SCRIPT_PARAM_3, scanner_.EntityKind()));
     parameter_.name = name;
-    command_.formalParameters.push_back(std::exchange(parameter_, FormalParameter()));
+    command_.macroHead.Make().formalParameters.push_back(std::exchange(parameter_, FormalParameter()));
     return true;
 }
 
@@ -152,20 +140,20 @@ void ScriptCompiler::SetParameterType(bool isList) {
 // Loops
 
 void ScriptCompiler::SetLoopMode(CommandId mode, std::string_view separator) {
-    command_.loopMode = mode;
-    command_.loopSeparator = separator;
+    command_.loop.Make().loopMode = mode;
+    command_.loop.Make().loopSeparator = Keep(separator);
 }
 
 void ScriptCompiler::EndSingleLoop() {
-    command_.loopMode = cmd_loop_mode_single;
+    command_.loop.Make().loopMode = cmd_loop_mode_single;
     command_.kind = cmd_kind_begin_end_loop_list;
-    SetSubkind(cmd_with_list, "ALL " + command_.listName1);
+    SetSubkind(cmd_with_list, Join({"ALL ", command_.loop->listName1}));
 }
 
 void ScriptCompiler::EndDoubleLoop() {
     command_.kind = cmd_kind_begin_end_loop_list;
-    const std::string lists = JoinWithBlanks(command_.listName1, command_.loopSeparator, command_.listName2);
-    SetSubkind(cmd_with_list, "ALL " + lists);
+    const LoopHead& loop = *command_.loop;
+    SetSubkind(cmd_with_list, Join({"ALL ", loop.listName1, " ", loop.loopSeparator, " ", loop.listName2}));
 }
 
 // Conditions
@@ -177,37 +165,39 @@ void ScriptCompiler::SetComparison(CommandId operatorId, CommandId negation, std
 
 void ScriptCompiler::EndComparison() {
     command_.subkind = cmd_with_condition_operand1_operand2;
-    command_.conditionForm = cmd_condition_operand1_operator_operand2;
-    command_.conditionText = "IF " + JoinWithBlanks(command_.operand1, command_.operatorText, command_.operand2);
+    const OperandSides& sides = *command_.sides;
+    ConditionHead& condition = command_.condition.Make();
+    condition.conditionForm = cmd_condition_operand1_operator_operand2;
+    condition.conditionText = Join({"IF ", sides.operand1, " ", sides.operatorText, " ", sides.operand2});
 }
 
 // The text of this form is conditionText alone; a macro call among the operands has left its own in commandText.
 void ScriptCompiler::EndComparisonBlock() {
     command_.kind = cmd_kind_begin_end_if_condition;
-    command_.commandText.clear();
+    command_.commandText = {};
 }
 
 void ScriptCompiler::EndLineCondition(CommandId negation) {
-    command_.conditionForm = cmd_condition_placeholder_normal_is_not_empty;
+    command_.condition.Make().conditionForm = cmd_condition_placeholder_normal_is_not_empty;
     command_.negation = negation;
 }
 
 void ScriptCompiler::EndNameCondition(CommandId negation) {
-    command_.conditionForm = cmd_condition_identifier_is_empty;
-    command_.conditionOperand = TakeLabel();
+    command_.condition.Make().conditionForm = cmd_condition_identifier_is_empty;
+    command_.condition.Make().conditionOperand = TakeLabel();
     command_.negation = negation;
 }
 
 void ScriptCompiler::EndMacroCondition(CommandId negation) {
-    command_.conditionForm = cmd_condition_macro_return_is_not_empty;
-    command_.conditionOperand = CallText(command_.macroName, command_.arguments);
-    if (negation == cmd_condition_negation_yes) command_.conditionOperand.insert(0, "!");
+    const std::string_view mark = negation == cmd_condition_negation_yes ? "!" : "";
+    command_.condition.Make().conditionForm = cmd_condition_macro_return_is_not_empty;
+    command_.condition.Make().conditionOperand = Join({mark, command_.commandText});
     command_.negation = negation;
 }
 
 void ScriptCompiler::EndConditionBlock(CommandId subkind) {
     command_.kind = cmd_kind_begin_end_if_condition;
-    SetSubkind(subkind, "IF " + command_.conditionOperand);
+    SetSubkind(subkind, Join({"IF ", command_.condition->conditionOperand}));
 }
 
 // Single commands
@@ -221,14 +211,15 @@ void ScriptCompiler::EndPlaceholder() {
 
 void ScriptCompiler::SetLineMark(CommandId subkind, std::string_view text) {
     command_.placeholderKind = subkind;
-    command_.placeholderName = text;
-    SetSubkind(subkind, text);
+    command_.placeholderName = Keep(text);
+    SetSubkind(subkind, command_.placeholderName);
 }
 
 void ScriptCompiler::EndLiteralMacro(std::string_view rawLiteral) {
-    command_.literalMacroText = LiteralValue(rawLiteral);
-    command_.weakLiterals.push_back(MakeWeakLiteral("LITERALMACRO", command_.literalMacroText));
-    SetSubkind(cmd_literal_macro, rawLiteral);
+    const std::string_view value = Keep(LiteralValue(rawLiteral));
+    command_.call.Make().literalMacroText = value;
+    command_.weakLiterals.push_back({"LITERALMACRO", value, {}});
+    SetSubkind(cmd_literal_macro, Keep(rawLiteral));
 }
 
 void ScriptCompiler::EndCallStatement() {
@@ -239,24 +230,27 @@ void ScriptCompiler::EndCallStatement() {
 // arguments.
 bool ScriptCompiler::CheckDeclarationShape() {
     const bool isType = typeName_ == "KVL:TYPE";
-    if (isType != (command_.typeWithColons != 0)) return Report("Syntax error");
-    const bool isBareCall = command_.operand1IsMacro != 0 && command_.operand1Arguments.empty();
+    const OperandSides& sides = *command_.sides;
+    if (isType != (sides.typeWithColons != 0)) return Report("Syntax error");
+    const bool isBareCall = sides.operand1IsMacro != 0 && sides.operand1Arguments.empty();
     if (IsMacroType(typeName_) && !isBareCall) return Report("Syntax error");
     return true;
 }
 
 bool ScriptCompiler::SetDeclaration(CommandId kind) {
     if (!CheckDeclarationShape()) return false;
+    OperandSides& sides = Sides();
+    const std::string_view colons = sides.typeWithColons != 0 ? "::" : "";
+    const std::string_view name = IsMacroType(typeName_) ? sides.operand1Text : sides.operand1;
+    sides.typeName = typeName_;
+    sides.operand1Text = Join({colons, name, "::", typeName_});
     command_.kind = kind;
-    command_.typeName = typeName_;
-    command_.operand1Text = (IsMacroType(typeName_) ? command_.operand1Text : command_.operand1) + "::" + typeName_;
-    if (command_.typeWithColons != 0) command_.operand1Text.insert(0, "::");
-    command_.commandText = command_.operand1Text;
+    command_.commandText = sides.operand1Text;
     return true;
 }
 
 bool ScriptCompiler::EndDeclaration() {
-    command_.declaredWithValue = 1;
+    Sides().declaredWithValue = 1;
     return SetDeclaration(cmd_kind_variable_operand1_type);
 }
 
@@ -272,11 +266,12 @@ bool ScriptCompiler::EndDeclarationWithCast() {
 }
 
 bool ScriptCompiler::EndConstant() {
-    if (command_.operand1IsMacro != 0) return Report("Syntax error");
+    OperandSides& sides = Sides();
+    if (sides.operand1IsMacro != 0) return Report("Syntax error");
+    sides.typeName = typeName_;
+    sides.operand1Text = Join({"#", sides.operand1, "::", typeName_});
     command_.kind = cmd_kind_variable_operand1_type;
-    command_.typeName = typeName_;
-    command_.operand1Text = '#' + command_.operand1 + "::" + typeName_;
-    command_.commandText = command_.operand1Text;
+    command_.commandText = sides.operand1Text;
     return true;
 }
 
@@ -291,84 +286,95 @@ void ScriptCompiler::EndAssignmentWithCast() {
 }
 
 void ScriptCompiler::AddCastToRightText() {
-    command_.operand2Text.insert(0, "(::" + command_.castType + ") ");
+    OperandSides& sides = Sides();
+    sides.operand2Text = Join({"(::", sides.castType, ") ", sides.operand2Text});
 }
 
-std::string ScriptCompiler::LeftOperatorRightText() const {
-    return JoinWithBlanks(command_.operand1Text, command_.operatorText, command_.operand2Text);
+std::string_view ScriptCompiler::LeftOperatorRightText() {
+    const OperandSides& sides = *command_.sides;
+    return Join({sides.operand1Text, " ", sides.operatorText, " ", sides.operand2Text});
 }
 
 // Operands
 
 void ScriptCompiler::SetOperator(CommandId operatorId, std::string_view text) {
-    command_.operatorId = operatorId;
-    command_.operatorText = text;
+    Sides().operatorId = operatorId;
+    Sides().operatorText = Keep(text);
 }
 
 void ScriptCompiler::SetLeftName(bool withColons) {
-    command_.operand1 = TakeLabel();
-    command_.operand1Text = command_.operand1;
-    command_.typeWithColons = withColons ? 1 : 0;
+    OperandSides& sides = Sides();
+    sides.operand1 = TakeLabel();
+    sides.operand1Text = sides.operand1;
+    sides.typeWithColons = withColons ? 1 : 0;
 }
 
+// The call has just been read: the command's text is its.
 void ScriptCompiler::SetLeftMacro() {
-    command_.operand1 = command_.macroName;
-    command_.operand1Text = CallText(command_.macroName, command_.arguments);
-    command_.operand1IsMacro = 1;
-    command_.operand1Arguments = std::exchange(command_.arguments, {});
+    OperandSides& sides = Sides();
+    sides.operand1 = command_.call->macroName;
+    sides.operand1Text = command_.commandText;
+    sides.operand1IsMacro = 1;
+    sides.operand1Arguments = std::exchange(command_.call.Make().arguments, {});
 }
 
 void ScriptCompiler::SetRightName() {
-    command_.operand2 = TakeLabel();
-    command_.operand2Text = command_.operand2;
+    OperandSides& sides = Sides();
+    sides.operand2 = TakeLabel();
+    sides.operand2Text = sides.operand2;
 }
 
 void ScriptCompiler::SetRightConstant(TypeId type, std::string_view text) {
-    command_.operand2 = text;
-    command_.operand2Text = text;
-    command_.operand2Kind = type;
+    OperandSides& sides = Sides();
+    sides.operand2 = Keep(text);
+    sides.operand2Text = sides.operand2;
+    sides.operand2Kind = type;
 }
 
 void ScriptCompiler::SetRightLiteral(std::string_view rawLiteral) {
+    OperandSides& sides = Sides();
     SetRightConstant(kConstantString, rawLiteral);
-    command_.operand2 = LiteralValue(rawLiteral);
-    command_.weakLiterals.push_back(MakeWeakLiteral("OPERAND2", command_.operand2));
+    sides.operand2 = Keep(LiteralValue(rawLiteral));
+    command_.weakLiterals.push_back({"OPERAND2", sides.operand2, {}});
 }
 
 void ScriptCompiler::SetRightMacro() {
-    command_.operand2 = command_.macroName;
-    command_.operand2Text = CallText(command_.macroName, command_.arguments);
-    command_.operand2IsMacro = 1;
-    command_.operand2Arguments = std::exchange(command_.arguments, {});
+    OperandSides& sides = Sides();
+    sides.operand2 = command_.call->macroName;
+    sides.operand2Text = command_.commandText;
+    sides.operand2IsMacro = 1;
+    sides.operand2Arguments = std::exchange(command_.call.Make().arguments, {});
 }
 
 // Macro calls
 
 void ScriptCompiler::EndCall() {
     command_.kind = cmd_kind_macro;
-    command_.macroName = std::exchange(macroName_, std::string());
-    command_.arguments = std::exchange(arguments_, {});
-    SetSubkind(cmd_call_macro, CallText(command_.macroName, command_.arguments));
+    WrittenCall& call = command_.call.Make();
+    call.macroName = macroName_;
+    call.arguments = std::exchange(arguments_, {});
+    SetSubkind(cmd_call_macro, Keep(CallText(call.macroName, call.arguments)));
 }
 
 void ScriptCompiler::AddNameArgument(bool isList) {
-    ActualArgument argument;
-    argument.name = TakeLabel();
-    argument.byValue = isList;
-    arguments_.push_back(std::move(argument));
+    AddArgument(kTypeUnknown, TakeLabel());
+    arguments_.back().byValue = isList;
 }
 
 void ScriptCompiler::AddConstantArgument(TypeId type, std::string_view text) {
-    ActualArgument argument;
-    argument.typeId = type;
-    argument.name = text;
-    arguments_.push_back(std::move(argument));
+    AddArgument(type, Keep(text));
 }
 
 void ScriptCompiler::AddLiteralArgument(std::string_view rawLiteral) {
-    const std::string value = LiteralValue(rawLiteral);
-    AddConstantArgument(kConstantString, value);
-    arguments_.back().weakLiterals.push_back(MakeWeakLiteral("ACTUALARGUMENT", value));
+    const std::string_view value = Keep(LiteralValue(rawLiteral));
+    AddArgument(kConstantString, value);
+    arguments_.back().weakLiterals.push_back({"ACTUALARGUMENT", value, {}});
+}
+
+void ScriptCompiler::AddArgument(TypeId type, std::string_view value) {
+    ActualArgument& argument = arguments_.emplace_back();
+    argument.typeId = type;
+    argument.name = value;
 }
 
 }  // namespace kvl

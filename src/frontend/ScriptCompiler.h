@@ -28,13 +28,13 @@ public:
     // Sources and commands. Those that answer have reported when they say no.
     void AppendText(std::string_view text) { scanner_.AppendText(text); }
     [[nodiscard]] bool EndCommand();
-    void SetBegin(std::string_view keyword);
-    void SetEnd(std::string_view keyword);
+    void SetBegin();
+    void SetEnd();
     void SetKind(CommandId kind) { command_.kind = kind; }
 
     // Block heads
     void EndVersion(std::string_view rawLiteral);
-    void SetSubkind(CommandId subkind, std::string_view keyword);
+    void EndVerbatimHead(CommandId subkind, std::string_view keyword);
     void EndScriptHead(std::string_view name);
     void EndPatternHead(std::string_view name);
     [[nodiscard]] bool EndParameter(std::string_view name);
@@ -42,8 +42,8 @@ public:
     void SetParameterType(bool isList);
 
     // Loops
-    void SetFirstList() { command_.listName1 = TakeLabel(); }
-    void SetSecondList() { command_.listName2 = TakeLabel(); }
+    void SetFirstList() { command_.loop.Make().listName1 = TakeLabel(); }
+    void SetSecondList() { command_.loop.Make().listName2 = TakeLabel(); }
     void SetLoopMode(CommandId mode, std::string_view separator);
     void EndSingleLoop();
     void EndDoubleLoop();
@@ -72,10 +72,10 @@ public:
     // Types
     void SetTypeName() { typeBuffer_ = TakeLabel(); }
     void KeepTypeName() { typeName_ = typeBuffer_; }
-    void SetListMark(bool isList) { command_.operand1ListMark = isList ? kCategoryList : 0; }
-    void SetListSize(std::string_view integer) { command_.initialRange = {std::string(integer), ""}; }
-    void SetListSizeName() { command_.initialRange = {"", TakeLabel()}; }
-    void EndCast() { command_.castType = typeBuffer_; }
+    void SetListMark(bool isList) { Sides().operand1ListMark = isList ? kCategoryList : 0; }
+    void SetListSize(std::string_view integer) { Sides().initialRange = {Keep(integer), {}}; }
+    void SetListSizeName() { Sides().initialRange = {{}, TakeLabel()}; }
+    void EndCast() { Sides().castType = typeBuffer_; }
 
     // Operands
     void SetOperator(CommandId operatorId, std::string_view text);
@@ -99,20 +99,26 @@ public:
     [[nodiscard]] bool EndShortName();
 
 private:
-    std::string TakeLabel();
-    void SetSignature(std::string_view keyword, std::string_view name);
+    std::string_view Keep(std::string_view text) { return scanner_.Texts().Keep(text); }
+    std::string_view Join(std::initializer_list<std::string_view> pieces) { return scanner_.Texts().Join(pieces); }
+    std::string_view TakeLabel();
+    OperandSides& Sides() { return command_.sides.Make(); }
+    // What is set as a text is kept already.
+    void SetSubkind(CommandId subkind, std::string_view commandText);
+    std::string_view Signature(std::string_view keyword, std::string_view name);
     [[nodiscard]] bool SetDeclaration(CommandId kind);
     [[nodiscard]] bool CheckDeclarationShape();
     void AddCastToRightText();
-    std::string LeftOperatorRightText() const;
+    void AddArgument(TypeId type, std::string_view value);
+    std::string_view LeftOperatorRightText();
 
     PoutScanX& scanner_;  // not owned
     PatternCommand command_;
     std::string label_;
     FormalParameter parameter_;
-    std::string typeBuffer_;
-    std::string typeName_;
-    std::string macroName_;
+    std::string_view typeBuffer_;
+    std::string_view typeName_;
+    std::string_view macroName_;
     std::vector<ActualArgument> arguments_;
 };
 

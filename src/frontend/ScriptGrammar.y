@@ -75,8 +75,8 @@ item: command
 
 command: '$' command_body '$'       { if (!compiler.EndCommand()) YYABORT; };
 
-command_body: BEGIN block_head      { compiler.SetBegin($1); }
-            | END block_head        { compiler.SetEnd($1); }
+command_body: BEGIN block_head      { compiler.SetBegin(); }
+            | END block_head        { compiler.SetEnd(); }
             | single_command
             ;
 
@@ -95,8 +95,8 @@ block_head: version_head                                     { compiler.SetKind(
 
 version_head: KVL VERSION ASSIGN LITERAL                     { compiler.EndVersion($4); };
 
-verbatim_head: SEPARATOR                                     { compiler.SetSubkind(cmd_separator, $1); }
-             | COMMENT                                       { compiler.SetSubkind(cmd_comment, $1); }
+verbatim_head: SEPARATOR                                     { compiler.EndVerbatimHead(cmd_separator, $1); }
+             | COMMENT                                       { compiler.EndVerbatimHead(cmd_comment, $1); }
              ;
 
 macro_head: SCRIPT IDENTIFIER '(' parameter_list ')'         { compiler.EndScriptHead($2); }

@@ -10,7 +10,7 @@ public:
     // `operatorId` is the command's, but for a constant's first value, whose command has none. Nothing is owned; all
     // outlives this.
     Assignment(CPatternSchema& schema, const PatternCommand& command, int operatorId, RunContext& run)
-        : schema_(schema), command_(command), run_(run) {
+        : schema_(schema), command_(command), sides_(*command.sides), run_(run) {
         operands_.operatorId = operatorId;
     }
 
@@ -30,6 +30,7 @@ private:
 
     CPatternSchema& schema_;
     const PatternCommand& command_;
+    const OperandSides& sides_;
     RunContext& run_;
     AssignmentOperands operands_;
     CVariableKVLCategoryList* rightList_ = nullptr;

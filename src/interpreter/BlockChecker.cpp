@@ -25,15 +25,14 @@ bool Matches(const PatternCommand& begin, const PatternCommand& end) {
             return std::equal(begin.weakLiterals.begin(), begin.weakLiterals.end(), end.weakLiterals.begin(),
                               end.weakLiterals.end(), SameWeakLiteral);
         case BlockKind::Macro:
-            return begin.scriptMacroName == end.scriptMacroName && begin.patternMacroName == end.patternMacroName &&
-                   begin.formalParameters == end.formalParameters;
+            return *begin.macroHead == *end.macroHead;
         case BlockKind::Loop:
-            return begin.listName1 == end.listName1 && begin.listName2 == end.listName2 &&
-                   begin.loopSeparator == end.loopSeparator;
+            return *begin.loop == *end.loop;
         case BlockKind::Condition:
-            return begin.conditionForm == end.conditionForm && begin.conditionOperand == end.conditionOperand &&
-                   begin.operand1 == end.operand1 && begin.operand2 == end.operand2 &&
-                   begin.operatorId == end.operatorId;
+            return begin.condition->conditionForm == end.condition->conditionForm &&
+                   begin.condition->conditionOperand == end.condition->conditionOperand &&
+                   begin.sides->operand1 == end.sides->operand1 && begin.sides->operand2 == end.sides->operand2 &&
+                   begin.sides->operatorId == end.sides->operatorId;
         case BlockKind::Separator:
         case BlockKind::Comment:
             return true;
@@ -179,7 +178,7 @@ private:
 
     // A pattern changes nothing of its caller's: it takes constant references only.
     bool CheckParameters() const {
-        const std::vector<FormalParameter>& parameters = Head().formalParameters;
+        const std::vector<FormalParameter>& parameters = Head().macroHead->formalParameters;
         for (const FormalParameter& parameter : parameters) {
             const bool isLegal = parameter.annotation == "#" || (schema_.IsScript() && parameter.annotation == "&");
             if (!isLegal) return ReportStructure(schema_, ERR_DECL_SCRIPT_PARAM_9, Head().lineNumber, &Head());
@@ -204,7 +203,7 @@ private:
 
     void KeepMacroNames() {
         const PatternCommand& head = Head();
-        script_.macroName = head.scriptMacroName.empty() ? head.patternMacroName : head.scriptMacroName;
+        script_.macroName = head.macroHead->MacroName();
         script_.macroDeclarationText = head.commandText.substr(head.commandText.find(script_.macroName + "("));
     }
 

@@ -52,7 +52,7 @@ std::string_view BehindFirstWord(std::string_view text) {
 // The command's text behind its keyword: "A , B", "A == 1", "M(#X::T)". The text of a comparison is kept apart from the
 // command's.
 std::string_view Definition(const PatternCommand& command) {
-    if (!command.conditionText.empty()) return BehindFirstWord(command.conditionText);
+    if (!command.condition->conditionText.empty()) return BehindFirstWord(command.condition->conditionText);
     return BehindFirstWord(BehindFirstWord(command.commandText));
 }
 
@@ -69,7 +69,7 @@ void SetEndText(MessageContext& context, const PatternCommand& end) {
 }
 
 void SetMacroName(MessageContext& context, const PatternCommand& command) {
-    const std::string& name = command.scriptMacroName.empty() ? command.patternMacroName : command.scriptMacroName;
+    const std::string_view name = command.macroHead->MacroName();
     context.Set(ERRSTR_SCRIPT_NAME, name).Set(ERRSTR_PATTERN_NAME, name);
 }
 

@@ -195,7 +195,7 @@ private:
 
     // _Declaration
     CVariable* DeclareList(std::string_view name, std::string_view typeName);
-    [[nodiscard]] bool AppendDeclaredRecords(const PatternCommand& command, CVariable& list, RunContext& run);
+    [[nodiscard]] bool AppendDeclaredRecords(const InitialRange& range, CVariable& list, RunContext& run);
 
     // _Instances
     void TakeInstance(CVariable& variable, std::shared_ptr<CTypeSchema> instance);

@@ -28,7 +28,7 @@ int EvaluateCondition(CPatternSchema& schema, const PatternCommand& command, Run
 bool CPatternSchemaCondition::BuildCondition() {
     switch (command_.subkind) {
         case cmd_with_condition_operand_identifier:
-            if (!schema_.FindDeclaredVariable(command_.conditionOperand, variable_)) return false;
+            if (!schema_.FindDeclaredVariable(command_.condition->conditionOperand, variable_)) return false;
             list_ = FindListOf(*variable_);
             form_ = list_ ? cmd_condition_list_is_not_empty : cmd_condition_placeholder_identifier_is_empty;
             return true;
@@ -36,18 +36,22 @@ bool CPatternSchemaCondition::BuildCondition() {
             form_ = cmd_condition_macro_return_is_not_empty;
             return true;
         case cmd_with_condition_operand1_operand2:
-            form_ = command_.conditionForm;
-            if (!(command_.operand1IsMacro ? ReadCall(command_.operand1, command_.operand1Arguments, left_)
-                                           : ReadName(command_.operand1, left_))) {
-                return false;
-            }
-            if (command_.operand2IsMacro) return ReadCall(command_.operand2, command_.operand2Arguments, right_);
-            if (command_.operand2Kind == 0) return ReadName(command_.operand2, right_);
-            right_ = {command_.operand2, command_.operand2Kind};
-            return true;
+            form_ = command_.condition->conditionForm;
+            return ReadSides(*command_.sides);
         default:
             return false;
     }
+}
+
+bool CPatternSchemaCondition::ReadSides(const OperandSides& sides) {
+    if (!(sides.operand1IsMacro ? ReadCall(sides.operand1, sides.operand1Arguments, left_)
+                                : ReadName(sides.operand1, left_))) {
+        return false;
+    }
+    if (sides.operand2IsMacro) return ReadCall(sides.operand2, sides.operand2Arguments, right_);
+    if (sides.operand2Kind == 0) return ReadName(sides.operand2, right_);
+    right_ = {std::string(sides.operand2), sides.operand2Kind};
+    return true;
 }
 
 bool CPatternSchemaCondition::ReadName(std::string_view name, Side& side) {
@@ -93,7 +97,7 @@ int CPatternSchemaCondition::Evaluate() {
 
 bool CPatternSchemaCondition::IsMacroResultNotEmpty(bool& truth) {
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(command_.macroName, true, command_.arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(command_.call->macroName, true, command_.call->arguments, operand, run_)) return false;
     const CVariable& macro = *operand.variable;
     if (!operand.hasText) {
         truth = !macro.GetText().empty();
@@ -129,7 +133,8 @@ bool CPatternSchemaCondition::IsListNotEmpty(bool& truth) {
 
 bool CPatternSchemaCondition::Compare(bool& truth) {
     OperatorResult result;
-    if (!schema_.EvaluateOperands(left_.text, left_.type, command_.operatorId, right_.text, right_.type, result)) {
+    if (!schema_.EvaluateOperands(left_.text, left_.type, command_.sides->operatorId, right_.text, right_.type,
+                                  result)) {
         return false;
     }
     truth = result.truth;

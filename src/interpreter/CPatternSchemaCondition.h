@@ -27,6 +27,7 @@ private:
         int type = 0;
     };
 
+    [[nodiscard]] bool ReadSides(const OperandSides& sides);
     [[nodiscard]] bool ReadName(std::string_view name, Side& side);
     [[nodiscard]] bool ReadCall(std::string_view name, const std::vector<ActualArgument>& arguments, Side& side);
     [[nodiscard]] bool IsMacroResultNotEmpty(bool& truth);

@@ -29,11 +29,11 @@ InstanceVariables VariablesOf(const CVariable& instance) {
 }  // namespace
 
 bool CPatternSchema::ExecuteAssignment(const PatternCommand& command, RunContext& run) {
-    return Assignment(*this, command, command.operatorId, run).Execute();
+    return Assignment(*this, command, command.sides->operatorId, run).Execute();
 }
 
 bool Assignment::Execute() {
-    const bool callsMacro = command_.operand1IsMacro != 0 || command_.operand2IsMacro != 0;
+    const bool callsMacro = sides_.operand1IsMacro != 0 || sides_.operand2IsMacro != 0;
     if (callsMacro) WriteNote(command_.commandText);
     if (!ResolveLeft() || !CheckCast() || !ResolveRight()) return false;
     if (!callsMacro && LoadsStream()) WriteNote(command_.commandText);
@@ -51,14 +51,14 @@ bool Assignment::Execute() {
 
 bool Assignment::ResolveLeft() {
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(command_.operand1, false, command_.operand1Arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(sides_.operand1, false, sides_.operand1Arguments, operand, run_)) return false;
     if (operand.variable->isConstant) return Incompatible();
     operands_.left = operand.variable;
     operands_.leftType = operand.variable->typeId;
     operands_.leftElementType = operand.variable->elementTypeId;
     operands_.leftText = std::move(operand.text);
     operands_.leftList = FindListOf(*operand.variable);
-    operands_.castType = command_.castType;
+    operands_.castType = sides_.castType;
     return true;
 }
 
@@ -75,9 +75,9 @@ bool Assignment::CheckCast() const {
 }
 
 bool Assignment::ResolveRight() {
-    if (command_.operand2Kind != 0) return ResolveLiteral();
+    if (sides_.operand2Kind != 0) return ResolveLiteral();
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(command_.operand2, true, command_.operand2Arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(sides_.operand2, true, sides_.operand2Arguments, operand, run_)) return false;
     operands_.right = operand.variable;
     operands_.rightType = operand.variable->typeId;
     operands_.rightElementType = operand.variable->elementTypeId;
@@ -88,9 +88,9 @@ bool Assignment::ResolveRight() {
 }
 
 bool Assignment::ResolveLiteral() {
-    operands_.rightType = command_.operand2Kind;
-    operands_.rightText = command_.operand2;
-    if (command_.operand2Kind != kConstantString) return true;
+    operands_.rightType = sides_.operand2Kind;
+    operands_.rightText = sides_.operand2;
+    if (sides_.operand2Kind != kConstantString) return true;
     if (!schema_.EvaluateWeakLiteral(command_.weakLiterals, "OPERAND2", operands_.rightText, run_)) return false;
     operands_.rightText = ResolveEscapes(operands_.rightText);
     return true;

@@ -73,22 +73,23 @@ std::shared_ptr<CTypeSchema> CPatternSchema::MakeListType(std::string_view label
 }
 
 bool CPatternSchema::ExecuteDeclaration(const PatternCommand& command, RunContext& run) {
-    CVariable* variable = DeclareVariable(command.operand1, command.typeName, command.operand1ListMark);
+    const OperandSides& sides = *command.sides;
+    CVariable* variable = DeclareVariable(sides.operand1, sides.typeName, sides.operand1ListMark);
     if (!variable) return false;
     SetDefaultValue(*variable);
-    if (command.operand1ListMark != 0 && !AppendDeclaredRecords(command, *variable, run)) return false;
-    if (command.declaredWithValue) return true;
+    if (sides.operand1ListMark != 0 && !AppendDeclaredRecords(sides.initialRange, *variable, run)) return false;
+    if (sides.declaredWithValue) return true;
     if (!Assignment(*this, command, cmd_operator_assign, run).Execute()) return false;
     variable->isConstant = true;
     return true;
 }
 
-bool CPatternSchema::AppendDeclaredRecords(const PatternCommand& command, CVariable& list, RunContext& run) {
-    int count = ReadInteger(command.initialRange.literal);
-    if (const std::string& name = command.initialRange.name; !name.empty()) {
+bool CPatternSchema::AppendDeclaredRecords(const InitialRange& range, CVariable& list, RunContext& run) {
+    int count = ReadInteger(range.literal);
+    if (!range.name.empty()) {
         VariableText size;
-        if (!GetVariableText(name, size, run.loops)) return false;
-        if (size.type != kTypeInteger) return Fail(ERR_DECL_SCRIPT_VAR_14, ERRSTR_VAR_NAME, name);
+        if (!GetVariableText(range.name, size, run.loops)) return false;
+        if (size.type != kTypeInteger) return Fail(ERR_DECL_SCRIPT_VAR_14, ERRSTR_VAR_NAME, range.name);
         count = ReadInteger(size.text);
     }
     if (CVariableKVLCategoryList* records = FindListOf(list)) records->AppendDefaultRecords(count);
@@ -96,8 +97,8 @@ bool CPatternSchema::AppendDeclaredRecords(const PatternCommand& command, CVaria
 }
 
 bool CPatternSchema::ExecuteDeclarationWithValue(const PatternCommand& command, RunContext& run) {
-    return DeclareVariable(command.operand1, command.typeName, command.operand1ListMark) &&
-           ExecuteAssignment(command, run);
+    const OperandSides& sides = *command.sides;
+    return DeclareVariable(sides.operand1, sides.typeName, sides.operand1ListMark) && ExecuteAssignment(command, run);
 }
 
 }  // namespace kvl

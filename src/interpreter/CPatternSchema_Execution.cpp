@@ -115,8 +115,8 @@ bool CPatternSchema::ExecuteCommand(int index, OutputText& output, RunContext& r
             return ExecuteDeclaration(command, run);
         case cmd_kind_macro:
             if (command.subkind == cmd_literal_macro) return ExecuteLiteralMacro(command, output, run);
-            return ExecuteMacroCall(command.macroName, command.arguments, command.commandText, command.asStatement != 0,
-                                    output, run);
+            return ExecuteMacroCall(command.call->macroName, command.call->arguments, command.commandText,
+                                    command.asStatement != 0, output, run);
         case cmd_kind_stream:
             return WriteStream(index, output);
         case cmd_kind_dummy_stream:
@@ -137,7 +137,7 @@ bool CPatternSchema::ExecuteLiteralMacro(const PatternCommand& command, OutputTe
     const bool isCall = fragment && !fragment->commands.empty() && fragment->commands.front().kind == cmd_kind_macro &&
                         fragment->commands.front().subkind == cmd_call_macro;
     if (!isCall) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, text);
-    const PatternCommand& call = fragment->commands.front();
+    const WrittenCall& call = *fragment->commands.front().call;
     return ExecuteMacroCall(call.macroName, call.arguments, command.commandText, command.asStatement != 0, output, run);
 }
 

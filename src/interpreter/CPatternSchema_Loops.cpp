@@ -21,13 +21,13 @@ private:
 
 bool CPatternSchema::ExecuteLoop(int begin, int end, OutputText& output, RunContext& run) {
     const PatternCommand& head = Commands()[static_cast<std::size_t>(begin)];
-    CPatternSchemaLoop loop(*this, head.loopMode);
+    CPatternSchemaLoop loop(*this, head.loop->loopMode);
     // The loop takes its first list before the second is looked for: that one may be nested in the first.
     const OnLoopStack pushed(run.loops, loop);
-    loop.first.list = ListOf(head.listName1, run.loops);
+    loop.first.list = ListOf(head.loop->listName1, run.loops);
     if (!loop.first.list) return false;
-    if (head.loopMode != cmd_loop_mode_single) {
-        CVariableKVLCategoryList* second = ListOf(head.listName2, run.loops);
+    if (head.loop->loopMode != cmd_loop_mode_single) {
+        CVariableKVLCategoryList* second = ListOf(head.loop->listName2, run.loops);
         if (!second) return false;
         if (second == loop.first.list) return Fail(ERR_DECL_SCRIPT_LIST_2, ERRSTR_LIST_ID, second->label);
         second->MarkDirty(false);

@@ -206,7 +206,7 @@ bool MacroRun::Run(OutputText& output) {
 bool MacroRun::PrepareCallee() {
     const PatternCommand& head = script_->Commands()[static_cast<std::size_t>(script_->bodyBegin)];
     if (LogIsOpen()) WriteLog("\n" + script_->macroDeclarationText + "\n");
-    frame_.formalParameters = &head.formalParameters;
+    frame_.formalParameters = &head.macroHead->formalParameters;
     if (frame_.macroName != script_->macroName) {
         return macro_.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON,
                            "Actual - Formal Macro/Pattern Name Mismatch. ");
@@ -216,7 +216,7 @@ bool MacroRun::PrepareCallee() {
     if (!callee_) callee_ = std::make_unique<MacroCallee>(macro_);
     callee_->schema->currentLine = head.lineNumber;
     callee_->schema->overwriteMode = frame_.caller->overwriteMode;
-    return callee_->TakeArguments(head.formalParameters, frame_.actualArguments);
+    return callee_->TakeArguments(head.macroHead->formalParameters, frame_.actualArguments);
 }
 
 bool MacroRun::RunBody(OutputText& output) {

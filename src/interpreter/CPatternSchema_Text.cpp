@@ -12,7 +12,9 @@ bool CPatternSchema::FitsInText(std::size_t size) const {
 // Only the first line end of a text is judged so: between the further lines stands no command.
 bool CPatternSchema::WriteStream(int index, OutputText& output) {
     if (IsScript() || !macroText_) return true;
-    const TextChunk& chunk = macroText_->chunks[static_cast<std::size_t>(index)];
+    const int place = macroText_->chunkOf[static_cast<std::size_t>(index)];
+    if (place == -1) return true;
+    const TextChunk& chunk = macroText_->chunks[static_cast<std::size_t>(place)];
     if (chunk.first.text.empty() && !chunk.hasLineEnd) return true;
     output.Append(chunk.first);
     if (chunk.hasLineEnd) {

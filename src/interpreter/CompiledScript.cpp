@@ -2,6 +2,7 @@
 // call alone, so it is made once for each kind of depth: one pass over each text.
 #include "interpreter/CompiledScript.h"
 
+#include <algorithm>
 #include <cassert>
 
 #include "text/ByteClass.h"
@@ -44,45 +45,49 @@ public:
     explicit TextPreparation(const CompiledScript& script)
         : commands_(script.Commands()),
           bodyBegin_(static_cast<std::size_t>(script.bodyBegin)),
-          bodyEnd_(static_cast<std::size_t>(script.bodyEnd)),
-          texts_(commands_.size()) {
+          bodyEnd_(static_cast<std::size_t>(script.bodyEnd)) {
         for (std::size_t index = 0; index < commands_.size(); ++index) {
-            if (IsText(index)) texts_[index] = WithoutBlanksAtLineEnds(commands_[index].streamText);
+            if (IsText(index)) texts_.push_back({index, WithoutBlanksAtLineEnds(commands_[index].streamText)});
         }
         RemoveLineOfTheHead();
     }
 
     // The judgement of the first line end meets the added one, and the template's own first line end is kept.
     void AddFirstLineEnd() {
-        for (std::size_t index = bodyBegin_; index < commands_.size(); ++index) {
-            if (!IsText(index)) continue;
-            texts_[index].insert(0, 1, '\n');
-            return;
-        }
+        const auto first = FirstFrom(bodyBegin_);
+        if (first != texts_.end()) first->text.insert(0, 1, '\n');
     }
 
     // The line end behind the last line of the body is the one behind the call.
     void RemoveLastLineEnd() {
-        for (std::size_t index = bodyEnd_; index-- > 0;) {
-            if (!IsText(index) || !texts_[index].ends_with('\n')) continue;
-            texts_[index].pop_back();
+        for (auto text = FirstFrom(bodyEnd_); text != texts_.begin();) {
+            --text;
+            if (!text->text.ends_with('\n')) continue;
+            text->text.pop_back();
             return;
         }
     }
 
-    MacroText Finish() const {
+    MacroText Finish() {
         MacroText text;
-        text.chunks.resize(commands_.size());
-        for (std::size_t index = 0; index < commands_.size(); ++index) {
-            if (IsText(index)) text.chunks[index] = CutAtFirstLineEnd(texts_[index]);
+        text.chunkOf.assign(commands_.size(), -1);
+        text.chunks.reserve(texts_.size());
+        for (const CommandText& part : texts_) {
+            text.chunkOf[part.index] = static_cast<int>(text.chunks.size());
+            text.chunks.push_back(CutAtFirstLineEnd(part.text));
         }
         if (commands_[bodyBegin_].subkind != cmd_declare_pattern_macro) return text;  // a script writes no text
-        if (bodyBegin_ > 0 && IsText(0)) AppendWithCrLf(text.leading, texts_[0]);
+        if (bodyBegin_ > 0 && IsText(0)) AppendWithCrLf(text.leading, texts_.front().text);
         AppendWithCrLf(text.trailing, TrimInvisibleEnd(TextBehindTheBody()));
         return text;
     }
 
 private:
+    struct CommandText {
+        std::size_t index;  // of the command
+        std::string text;
+    };
+
     // The text of a comment block is no text of the template.
     bool IsText(std::size_t index) const {
         const bool isInComment =
@@ -90,20 +95,24 @@ private:
         return commands_[index].subkind == cmd_stream && !isInComment;
     }
 
+    std::vector<CommandText>::iterator FirstFrom(std::size_t index) {
+        return std::ranges::lower_bound(texts_, index, {}, &CommandText::index);
+    }
+
     void RemoveLineOfTheHead() {
-        const std::size_t index = bodyBegin_ + 1;
-        if (!IsText(index)) return;
-        std::string& text = texts_[index];
+        const auto behindHead = FirstFrom(bodyBegin_ + 1);
+        if (behindHead == texts_.end() || behindHead->index != bodyBegin_ + 1) return;
+        std::string& text = behindHead->text;
         const std::size_t lineEnd = text.find('\n');
         if (lineEnd == std::string::npos || !IsAllInvisible(std::string_view(text).substr(0, lineEnd))) return;
         text.erase(0, lineEnd + 1);
     }
 
     // Each of these texts stands behind a command, whose line it ends.
-    std::string TextBehindTheBody() const {
+    std::string TextBehindTheBody() {
         std::string joined;
-        for (std::size_t index = bodyEnd_ + 1; index < commands_.size(); ++index) {
-            const std::string_view text = texts_[index];
+        for (auto part = FirstFrom(bodyEnd_); part != texts_.end(); ++part) {
+            const std::string_view text = part->text;
             joined += text.starts_with('\n') ? text.substr(1) : text;
         }
         return joined;
@@ -111,7 +120,7 @@ private:
 
     const std::vector<PatternCommand>& commands_;  // not owned; outlives this
     const std::size_t bodyBegin_, bodyEnd_;
-    std::vector<std::string> texts_;  // by command; empty for other commands than text
+    std::vector<CommandText> texts_;  // in the order of the commands
 };
 
 MacroText PrepareText(const CompiledScript& script, bool outermost) {

@@ -29,7 +29,8 @@ struct TextChunk {
 // How a macro's literal text is written, by the depth at which the macro is called: a macro called from the main script
 // keeps its first line end, a nested one loses its last, so that a call adds no line.
 struct MacroText {
-    std::vector<TextChunk> chunks;  // by command index; empty for other commands than text
+    std::vector<TextChunk> chunks;  // one for each text command
+    std::vector<int> chunkOf;       // by command index; -1 for other commands than text
     std::string leading;            // text in front of the header, as it is written
     std::string trailing;           // text behind the macro block, as it is written
 };

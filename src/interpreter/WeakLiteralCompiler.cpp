@@ -9,52 +9,71 @@ namespace kvl {
 
 namespace {
 
-LiteralPiece MakePiece(PatternCommand&& command) {
-    LiteralPiece piece;
-    piece.kind = command.kind;
-    piece.subkind = command.subkind;
-    piece.name = std::move(command.commandText);
-    piece.text = std::move(command.streamText);
-    piece.macroName = std::move(command.macroName);
-    piece.arguments = std::move(command.arguments);
-    return piece;
-}
+class WeakLiteralCompiler {
+public:
+    // The texts of the pieces go where those of the commands are kept.
+    WeakLiteralCompiler(int entityKind, const std::shared_ptr<CommandTexts>& texts) : entityKind_(entityKind) {
+        fragment_.texts = texts;
+    }
 
-bool CompileArguments(std::vector<ActualArgument>& arguments, int entityKind);
-
-// A literal within a literal doubles its quotes at each step, so that the nesting stays as low as the logarithm of the
-// text.
-bool CompileLiterals(std::vector<WeakLiteral>& literals, int entityKind) {
-    for (WeakLiteral& literal : literals) {
-        CommandList fragment;
-        if (!ParseScriptConstant(entityKind, literal.text, fragment)) return false;
-        literal.pieces.clear();
-        for (PatternCommand& command : fragment.commands) {
-            literal.pieces.push_back(MakePiece(std::move(command)));
-            if (!CompileArguments(literal.pieces.back().arguments, entityKind)) return false;
+    bool Compile(PatternCommand& command) {
+        if (!CompileLiterals(command.weakLiterals)) return false;
+        if (OperandSides* sides = command.sides.Find()) {
+            if (!CompileArguments(sides->operand1Arguments)) return false;
+            if (!CompileArguments(sides->operand2Arguments)) return false;
         }
+        WrittenCall* call = command.call.Find();
+        return !call || CompileArguments(call->arguments);
     }
-    return true;
-}
 
-bool CompileArguments(std::vector<ActualArgument>& arguments, int entityKind) {
-    for (ActualArgument& argument : arguments) {
-        if (argument.typeId == kConstantString && !CompileLiterals(argument.weakLiterals, entityKind)) return false;
+private:
+    // A literal within a literal doubles its quotes at each step, so that the nesting stays as low as the logarithm of
+    // the text.
+    bool CompileLiterals(std::vector<WeakLiteral>& literals) {
+        for (WeakLiteral& literal : literals) {
+            fragment_.commands.clear();
+            if (!ParseScriptConstant(entityKind_, literal.text, fragment_)) return false;
+            literal.pieces.clear();
+            literal.pieces.reserve(fragment_.commands.size());
+            for (PatternCommand& command : fragment_.commands)
+                literal.pieces.push_back(MakePiece(command));
+            for (LiteralPiece& piece : literal.pieces) {
+                if (!CompileArguments(piece.arguments)) return false;
+            }
+        }
+        return true;
     }
-    return true;
-}
 
-bool CompileCommand(PatternCommand& command, int entityKind) {
-    return CompileLiterals(command.weakLiterals, entityKind) &&
-           CompileArguments(command.operand1Arguments, entityKind) &&
-           CompileArguments(command.operand2Arguments, entityKind) && CompileArguments(command.arguments, entityKind);
-}
+    bool CompileArguments(std::vector<ActualArgument>& arguments) {
+        for (ActualArgument& argument : arguments) {
+            if (argument.typeId == kConstantString && !CompileLiterals(argument.weakLiterals)) return false;
+        }
+        return true;
+    }
+
+    LiteralPiece MakePiece(PatternCommand& command) const {
+        LiteralPiece piece;
+        piece.kind = command.kind;
+        piece.subkind = command.subkind;
+        piece.name = command.commandText;
+        piece.text = fragment_.texts->Keep(command.streamText);
+        if (WrittenCall* call = command.call.Find()) {
+            piece.macroName = call->macroName;
+            piece.arguments = std::move(call->arguments);
+        }
+        return piece;
+    }
+
+    const int entityKind_;
+    CommandList fragment_;  // of the literal at hand
+};
 
 }  // namespace
 
 bool CompileWeakLiterals(CommandList& list, const CTSEntity& source, int line) {
+    WeakLiteralCompiler compiler(source.entityKind, list.texts);
     for (PatternCommand& command : list.commands) {
-        if (CompileCommand(command, source.entityKind)) continue;
+        if (compiler.Compile(command)) continue;
         const int shownLine = line == kEachCommandsOwnLine ? command.lineNumber : line;
         return Report(source.Twin(ERR_DECL_SCRIPT_LIT_2), source.GetMessageContext(shownLine));
     }

@@ -30,7 +30,7 @@ public:
     std::size_t Size() const { return size_; }
     bool Empty() const { return size_ == 0; }
     PathView View() const { return {size_ <= kInline ? inline_.data() : longer_.data(), size_}; }
-    operator PathView() const { return View(); }
+    operator PathView() const { return View(); }  // NOLINT(google-explicit-constructor): as a text is seen as a view
 
 private:
     static constexpr std::size_t kInline = 4;

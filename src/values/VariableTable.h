@@ -7,14 +7,13 @@
 // commands are remembered, for as long as they hold.
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "values/CVariable.h"
+#include "values/VariableIndex.h"
 
 namespace kvl {
 
@@ -50,9 +49,8 @@ public:
     void ReplaceBorrowed(CVariable* variable, std::string_view label);
     // Takes a variable out, under the label that it was entered by. An owned one is destroyed.
     void Erase(std::string_view label);
-    void EraseIf(const std::function<bool(const CVariable&)>& condition);
     void Clear();
-    std::size_t Size() const { return slots_.size(); }
+    std::size_t Size() const { return entries_.size(); }
 
     // What is entered from here on is local: TakeBackLocals removes it again. False, and the table is of no more use,
     // if anything else has changed in between.
@@ -65,43 +63,52 @@ public:
     std::vector<CVariable*> Below(std::string_view name) const;
 
 private:
-    struct Slot {
+    using Row = VariableIndex::Row;
+    static constexpr Row kNoRow = VariableIndex::kNoRow;
+    struct Entry {
+        std::string label;  // the variable's, or that of the parameter that it stands for
         CVariable* variable = nullptr;
         std::unique_ptr<CVariable> owned;
-        bool isLocal = false;
     };
-    struct LabelHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
-    };
-    template <class T>
-    using LabelMap = std::unordered_map<std::string, T, LabelHash, std::equal_to<>>;
-    using Labels = std::vector<const std::string*>;  // of slots_
 
+    Row FindRow(std::string_view label) const;
+    // The one row that a name selects; kNoRow for none or several.
+    Row FindOneRow(std::string_view name) const;
+    std::vector<Row> Matches(std::string_view name) const;
     bool Put(CVariable* variable, std::string_view label, std::unique_ptr<CVariable> owned);
-    const Slot* FindSlot(std::string_view name) const;
-    Labels Matches(std::string_view name) const;
+    Row LastRow() const { return static_cast<Row>(entries_.size() - 1); }
+    bool IsLocal(Row row) const { return marksLocals_ && row >= firstLocal_; }
+    void Remember(std::string_view name, Row row) const;
+    // Labels by last segment, for short names and gaps.
     void IndexSegments() const;
+    void AddToSegments(Row row) const;
+    void TakeFromSegments(Row row);
+    Row LastRowOfSegment(std::string_view segment) const;
     // After anything but an entry: nothing that is remembered holds any more.
     void Changed();
 
-    LabelMap<Slot> slots_;
-    Labels locals_;  // in the order in which they were entered
+    std::vector<Entry> entries_;
+    VariableIndex byLabel_;
+    std::size_t firstLocal_ = 0;  // the rows from here on are local
     bool marksLocals_ = false;
     bool changedBelowLocals_ = false;
 
-    // Labels by last segment; made when the first short name or gap is asked for.
-    mutable LabelMap<Labels> bySegment_;
+    // The last row of each segment, and for each row the one in front of it with the same segment. Made when the first
+    // short name or gap is asked for.
+    mutable VariableIndex bySegment_;
+    mutable std::vector<Row> previousOfSegment_;
     mutable bool indexed_ = false;
-    // The last answers of FindOne. One for an exact name holds until its variable goes, any other until the next entry.
+    // The last answers of FindOne, by the place of the name asked for: commands ask with the same one each time. One
+    // for an exact name holds until its variable goes, any other until the next entry.
     struct Remembered {
         std::string name;
         CVariable* variable = nullptr;
         std::uint64_t epoch = 0;
     };
-    mutable std::vector<Remembered> remembered_;
-    mutable unsigned lookups_ = 0;  // as far as nothing is remembered
-    std::uint64_t epoch_ = 1;       // of the present entries
+    mutable std::vector<Remembered> remembered_;  // none, or a power of two
+    mutable std::size_t displaced_ = 0;           // answers that gave way to others since it has grown
+    mutable unsigned lookups_ = 0;                // as far as nothing is remembered
+    std::uint64_t epoch_ = 1;                     // of the present entries
 };
 
 }  // namespace kvl

@@ -18,49 +18,49 @@ public:
         Id("kind", command.kind);
         Id("subkind", command.subkind);
         Number("asStatement", command.asStatement);
-        Id("loopMode", command.loopMode);
-        Text("listName1", command.listName1);
-        Text("listName2", command.listName2);
-        Text("loopSeparator", command.loopSeparator);
+        Id("loopMode", command.loop->loopMode);
+        Text("listName1", command.loop->listName1);
+        Text("listName2", command.loop->listName2);
+        Text("loopSeparator", command.loop->loopSeparator);
         Id("placeholderKind", command.placeholderKind);
         Text("placeholderName", command.placeholderName);
-        Id("conditionForm", command.conditionForm);
-        Text("conditionOperand", command.conditionOperand);
+        Id("conditionForm", command.condition->conditionForm);
+        Text("conditionOperand", command.condition->conditionOperand);
         Text("beginText", command.beginText);
         Text("commandText", command.commandText);
         Text("endText", command.endText);
         Literals(command.weakLiterals);
         Text("streamText", command.streamText);
-        Text("operand1", command.operand1);
-        Number("operand1Type", command.operand1Type);
-        Number("operand1ListMark", command.operand1ListMark);
-        Text("initialRange.literal", command.initialRange.literal);
-        Text("initialRange.name", command.initialRange.name);
-        Text("castType", command.castType);
-        Text("typeName", command.typeName);
-        Number("declaredWithValue", command.declaredWithValue);
-        Number("typeWithColons", command.typeWithColons);
-        Text("operand2", command.operand2);
-        Number("operand2Kind", command.operand2Kind);
-        Number("operand1IsMacro", command.operand1IsMacro);
-        Number("operand2IsMacro", command.operand2IsMacro);
-        Text("operand1Text", command.operand1Text);
-        Text("operand2Text", command.operand2Text);
-        Id("operatorId", command.operatorId);
-        Text("operatorText", command.operatorText);
-        Text("conditionText", command.conditionText);
-        Text("literalMacroText", command.literalMacroText);
+        Text("operand1", command.sides->operand1);
+        Number("operand1Type", command.sides->operand1Type);
+        Number("operand1ListMark", command.sides->operand1ListMark);
+        Text("initialRange.literal", command.sides->initialRange.literal);
+        Text("initialRange.name", command.sides->initialRange.name);
+        Text("castType", command.sides->castType);
+        Text("typeName", command.sides->typeName);
+        Number("declaredWithValue", command.sides->declaredWithValue);
+        Number("typeWithColons", command.sides->typeWithColons);
+        Text("operand2", command.sides->operand2);
+        Number("operand2Kind", command.sides->operand2Kind);
+        Number("operand1IsMacro", command.sides->operand1IsMacro);
+        Number("operand2IsMacro", command.sides->operand2IsMacro);
+        Text("operand1Text", command.sides->operand1Text);
+        Text("operand2Text", command.sides->operand2Text);
+        Id("operatorId", command.sides->operatorId);
+        Text("operatorText", command.sides->operatorText);
+        Text("conditionText", command.condition->conditionText);
+        Text("literalMacroText", command.call->literalMacroText);
         if (command.negation != condition_negation_no) Id("negation", command.negation);
-        Text("macroName", command.macroName);
-        Arguments("operand1Arguments", command.operand1Arguments);
-        Arguments("operand2Arguments", command.operand2Arguments);
-        Arguments("arguments", command.arguments);
-        for (const FormalParameter& parameter : command.formalParameters) {
+        Text("macroName", command.call->macroName);
+        Arguments("operand1Arguments", command.sides->operand1Arguments);
+        Arguments("operand2Arguments", command.sides->operand2Arguments);
+        Arguments("arguments", command.call->arguments);
+        for (const FormalParameter& parameter : command.macroHead->formalParameters) {
             fields_ << "formalParameter=" << parameter.annotation << "|" << parameter.name << "|" << parameter.typeName
                     << "|" << parameter.isList << parameter.isReference << "\n";
         }
-        Text("scriptMacroName", command.scriptMacroName);
-        Text("patternMacroName", command.patternMacroName);
+        Text("scriptMacroName", command.macroHead->scriptMacroName);
+        Text("patternMacroName", command.macroHead->patternMacroName);
     }
 
     std::string Fields() const { return fields_.str(); }
@@ -72,12 +72,12 @@ private:
     void Number(const char* name, int value) {
         if (value != 0) fields_ << name << "=" << value << "\n";
     }
-    void Text(const char* name, const std::string& text) {
+    void Text(const char* name, std::string_view text) {
         if (!text.empty()) fields_ << name << "=" << text << "\n";
     }
     void Literals(const std::vector<WeakLiteral>& literals) {
         for (const WeakLiteral& literal : literals)
-            fields_ << "weakLiteral=" << literal.name << "|" << literal.text << literal.sourceText << "\n";
+            fields_ << "weakLiteral=" << literal.name << "|" << literal.text << "\n";
     }
     void Arguments(const char* name, const std::vector<ActualArgument>& arguments) {
         for (const ActualArgument& argument : arguments) {

@@ -77,7 +77,7 @@ TEST_F(ScriptTest, EveryByteInEveryPlace) {
         list_ = CommandList();
         if (byte != "\"" && byte != "\n") {
             ASSERT_TRUE(CompileStream("$X = \"a" + byte + "c\"$")) << code;
-            EXPECT_EQ(list_.commands[0].operand2, "a" + folded + "c") << code;
+            EXPECT_EQ(list_.commands[0].sides->operand2, "a" + folded + "c") << code;
         }
         list_ = CommandList();
         ASSERT_TRUE(CompileStream("$/*" + byte + "*/$$BEGIN COMMENT$" + byte + "$END COMMENT$")) << code;

@@ -12,14 +12,14 @@ std::string Dump(const std::vector<ActualArgument>& arguments);
 std::string Dump(const std::vector<WeakLiteral>& literals) {
     std::string dump;
     for (const WeakLiteral& literal : literals) {
-        dump += literal.name + "=";
+        dump.append(literal.name) += "=";
         for (const LiteralPiece& piece : literal.pieces) {
             if (piece.kind == cmd_kind_stream) {
-                dump += "'" + piece.text + "'";
+                dump.append("'").append(piece.text) += "'";
             } else if (piece.kind == cmd_kind_macro) {
-                dump += piece.macroName + "<" + Dump(piece.arguments) + ">";
+                dump.append(piece.macroName) += "<" + Dump(piece.arguments) + ">";
             } else {
-                dump += "(" + piece.name + ")";
+                dump.append("(").append(piece.name) += ")";
             }
         }
     }
@@ -30,14 +30,14 @@ std::string Dump(const std::vector<ActualArgument>& arguments) {
     std::string dump;
     for (const ActualArgument& argument : arguments) {
         if (!dump.empty()) dump += ",";
-        dump += argument.typeId == kConstantString ? Dump(argument.weakLiterals) : argument.name;
+        dump += argument.typeId == kConstantString ? Dump(argument.weakLiterals) : std::string(argument.name);
     }
     return dump;
 }
 
 std::string Dump(const PatternCommand& command) {
-    return Dump(command.weakLiterals) + Dump(command.operand1Arguments) + Dump(command.operand2Arguments) +
-           Dump(command.arguments);
+    return Dump(command.weakLiterals) + Dump(command.sides->operand1Arguments) +
+           Dump(command.sides->operand2Arguments) + Dump(command.call->arguments);
 }
 
 class WeakLiteralTest : public LoadingTest, public testing::WithParamInterface<TextCase> {};

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <set>
+
 namespace kvl {
 namespace {
 
@@ -75,7 +78,7 @@ TEST(VariableTableTest, ForgetsWhatItRememberedWhenItChanges) {
     EXPECT_FALSE(table.InsertBorrowed(other.get()));
     table.ReplaceBorrowed(other.get());
     EXPECT_EQ(table.FindOne(name), other.get());
-    table.EraseIf([](const CVariable& variable) { return variable.label.starts_with("W"); });
+    table.Erase("W:X3");
     EXPECT_EQ(table.FindOne(name), nullptr);
 }
 
@@ -98,6 +101,52 @@ TEST(VariableTableTest, TakesLocalsBack) {
     }
     table.Erase("P:X");
     EXPECT_FALSE(table.TakeBackLocals());
+}
+
+// Against a plain list of labels, over sizes at which the indexes grow, shrink and are made anew.
+TEST(VariableTableTest, SelectsWhatAPlainSearchSelects) {
+    std::minstd_rand random(1);
+    const auto randomLabel = [&random] {
+        return "G" + std::to_string(random() % 40) + ":V" + std::to_string(random() % 60);
+    };
+    VariableTable table;
+    std::set<std::string> labels;
+    const auto expectSame = [&](const std::string& name) {
+        std::vector<std::string> expected;
+        for (const std::string& label : labels) {
+            if (MatchesLabel(name, label)) expected.push_back(label);
+        }
+        const VariableTable::Selection selection = table.Select(name);
+        EXPECT_EQ(selection.ambiguous, expected.size() > 1) << name;
+        expected.resize(std::min<std::size_t>(expected.size(), 3));
+        EXPECT_EQ(selection.labels, expected) << name;
+    };
+    const auto change = [&](std::size_t entries, bool mayErase) {
+        for (std::size_t i = 0; i < entries; ++i) {
+            const std::string label = randomLabel();
+            if (labels.insert(label).second) {
+                Enter(table, label);
+            } else if (mayErase) {
+                labels.erase(label);
+                table.Erase(label);
+            }
+            expectSame(label);
+            if (i % 8 == 0) expectSame(label.substr(label.find(':')));
+            if (i % 64 == 0) expectSame("G~" + label.substr(label.size() - 1));
+        }
+        EXPECT_EQ(table.Size(), labels.size());
+        for (const std::string& label : labels)
+            EXPECT_TRUE(table.Find(label)) << label;
+    };
+    change(1000, true);
+    const std::set<std::string> kept = labels;
+    for (const std::size_t locals : {50U, 1500U, 5U}) {
+        table.BeginLocals();
+        change(locals, false);
+        EXPECT_TRUE(table.TakeBackLocals());
+        labels = kept;
+    }
+    change(1000, false);
 }
 
 TEST(VariableTableTest, ListsWhatStandsBelowALabelInOrder) {
