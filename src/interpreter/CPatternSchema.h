@@ -2,8 +2,8 @@
 // A compiled script or pattern that runs: the root made for the main script, or a clone made for one macro call. The
 // compiled part is shared; variables and the state of the running text belong to the object.
 //
-// The operations are spread over files by subject: CPatternSchema_Execution, _Text, _Variables, _Declaration, _Assignment,
-// _Operands, _Literals, _Instances, _Loops, _MacroCalls, _Parameters.
+// The operations are spread over files by subject: CPatternSchema_Execution, _Text, _Variables, _Declaration,
+// _Assignment, _Operands, _Literals, _Instances, _Loops, _MacroCalls, _Parameters.
 
 #include <list>
 #include <map>
@@ -16,10 +16,10 @@
 #include "interpreter/CompiledScript.h"
 #include "interpreter/MacroCall.h"
 #include "interpreter/OutputText.h"
+#include "text/ProcessState.h"
 #include "typeschema/CTSEntity.h"
 #include "typeschema/CTypeSchema.h"
 #include "values/EntityVariables.h"
-#include "text/ProcessState.h"
 #include "values/VariableTable.h"
 
 namespace kvl {
@@ -84,8 +84,8 @@ public:
     [[nodiscard]] bool FitsInText(std::size_t size) const;
 
     // --- variables (_Variables, _Declaration) ---
-    // The one variable that a name selects. Of several the first is handed back and the ambiguity reported, unless `quiet`;
-    // the result is false then.
+    // The one variable that a name selects. Of several the first is handed back and the ambiguity reported, unless
+    // `quiet`; the result is false then.
     bool FindVariable(std::string_view name, CVariable*& variable, bool quiet = false) const;
     // The same, with the "not declared" message for a miss.
     [[nodiscard]] bool FindDeclaredVariable(std::string_view name, CVariable*& variable) const;
@@ -115,16 +115,17 @@ public:
         std::string text;      // result of a macro, or the cell of an instance of one element
         bool hasText = false;  // a macro has run
     };
-    [[nodiscard]] bool ResolveOperand(std::string_view name, bool evaluate, const std::vector<ActualArgument>& arguments,
-                                      Operand& operand, RunContext& run);
-    // A built-in, or a macro or type that the main script holds, by its full name; else a macro by the name behind its last
+    [[nodiscard]] bool ResolveOperand(std::string_view name, bool evaluate,
+                                      const std::vector<ActualArgument>& arguments, Operand& operand, RunContext& run);
+    // A built-in, or a macro or type that the main script holds, by its full name; else a macro by the name behind its
+    // last
     // ":", with what stands in front as receiver. Null if there is none.
     CVariable* FindGlobal(std::string_view name, std::string_view& object, std::string_view& method) const;
     [[nodiscard]] bool EvaluateWeakLiteral(const std::vector<WeakLiteral>& literals, std::string_view name,
                                            std::string& text, RunContext& run);
     // EvaluateOperator with the types of categories, macros and patterns mapped to streams, and its message.
-    [[nodiscard]] bool EvaluateOperands(std::string_view leftText, int leftType, int operatorId, std::string_view rightText,
-                                        int rightType, OperatorResult& result) const;
+    [[nodiscard]] bool EvaluateOperands(std::string_view leftText, int leftType, int operatorId,
+                                        std::string_view rightText, int rightType, OperatorResult& result) const;
 
     // --- instances (_Instances) ---
     [[nodiscard]] bool CreateInstanceOfLoadedType(std::string_view name, std::string_view typeName, bool bracket);
@@ -138,8 +139,8 @@ public:
     // Parses `text` by the declared type into a new instance, and enters it. `source` names the file or stream.
     [[nodiscard]] bool ParseInstance(const CTypeSchema& declaredType, std::string&& text, std::string_view typeName,
                                      std::string_view instanceName, std::string_view source);
-    // The one-column list type written by the system itself for `$name ::TYPE[]$`; compiled, not prepared. `blankAtEnd` is
-    // the form used for filling such a list from text. Null after a message.
+    // The one-column list type written by the system itself for `$name ::TYPE[]$`; compiled, not prepared. `blankAtEnd`
+    // is the form used for filling such a list from text. Null after a message.
     std::shared_ptr<CTypeSchema> MakeListType(std::string_view label, std::string_view typeName, bool blankAtEnd);
 
     // --- loops (_Loops) ---
@@ -156,10 +157,11 @@ public:
     [[nodiscard]] bool ExecuteMacroCall(std::string_view macroName, const std::vector<ActualArgument>& arguments,
                                         std::string_view commandText, bool asStatement, OutputText& output,
                                         RunContext& run);
-    [[nodiscard]] bool CallForText(CVariable& macro, const std::vector<ActualArgument>& arguments, std::string_view object,
-                                   std::string_view method, std::string& text, RunContext& run);
-    [[nodiscard]] bool EvaluateArguments(const std::vector<ActualArgument>& arguments, std::vector<BoundArgument>& bound,
-                                         RunContext& run);
+    [[nodiscard]] bool CallForText(CVariable& macro, const std::vector<ActualArgument>& arguments,
+                                   std::string_view object, std::string_view method, std::string& text,
+                                   RunContext& run);
+    [[nodiscard]] bool EvaluateArguments(const std::vector<ActualArgument>& arguments,
+                                         std::vector<BoundArgument>& bound, RunContext& run);
     [[nodiscard]] bool EvaluateBuiltIn(int identifier, const std::vector<ActualArgument>& arguments,
                                        std::string_view object, std::string_view method, std::string& text,
                                        RunContext& run);
@@ -177,7 +179,8 @@ private:
 
     static void SetFields(MessageContext&) {}
     template <class Value, class... Rest>
-    static void SetFields(MessageContext& context, MessageParameter parameter, const Value& value, const Rest&... rest) {
+    static void SetFields(MessageContext& context, MessageParameter parameter, const Value& value,
+                          const Rest&... rest) {
         context.Set(parameter, value);
         SetFields(context, rest...);
     }
@@ -191,7 +194,7 @@ private:
     // _Text
     [[nodiscard]] bool WriteStream(int index, OutputText& output);
     [[nodiscard]] bool WriteNormalPlaceholder(const PatternCommand& command, OutputText& output);
-    [[nodiscard]] bool WriteIdentifierPlaceholder(const PatternCommand& command, OutputText& output, RunContext& run);
+    [[nodiscard]] bool WriteIdentifierPlaceholder(int index, OutputText& output, RunContext& run);
 
     // _Declaration
     CVariable* DeclareList(std::string_view name, std::string_view typeName);
@@ -207,10 +210,13 @@ private:
 
     friend class Assignment;
 
+    std::vector<VariableTable::Answer> placeholders_;  // by command index, from the first placeholder on
     const MacroText* macroText_ = nullptr;  // how this run writes its literal text; null in a script. Not owned
 };
 
 // The schema of the main script of this run.
-inline CPatternSchema& RootSchema() { return *Process().root; }
+inline CPatternSchema& RootSchema() {
+    return *Process().root;
+}
 
 }  // namespace kvl

@@ -106,7 +106,7 @@ bool CPatternSchema::ExecuteCommand(int index, OutputText& output, RunContext& r
         case cmd_kind_placeholder_normal:
             return WriteNormalPlaceholder(command, output);
         case cmd_kind_placeholder_identifier:
-            return WriteIdentifierPlaceholder(command, output, run);
+            return WriteIdentifierPlaceholder(index, output, run);
         case cmd_kind_variable_operand1_type_operand2:
             return ExecuteDeclarationWithValue(command, run);
         case cmd_kind_variable_operand1_operand2:

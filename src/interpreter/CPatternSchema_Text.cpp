@@ -36,9 +36,14 @@ bool CPatternSchema::WriteNormalPlaceholder(const PatternCommand& command, Outpu
     return true;
 }
 
-bool CPatternSchema::WriteIdentifierPlaceholder(const PatternCommand& command, OutputText& output, RunContext& run) {
+bool CPatternSchema::WriteIdentifierPlaceholder(int index, OutputText& output, RunContext& run) {
+    if (placeholders_.empty()) placeholders_.resize(Commands().size());
+    const auto place = static_cast<std::size_t>(index);
+    const std::string_view name = Commands()[place].placeholderName;
+    CVariable* variable = variableTable.FindOne(name, placeholders_[place]);
+    if (!variable && !FindDeclaredVariable(name, variable)) return false;
     VariableText value;
-    if (!GetVariableText(command.placeholderName, value, run.loops)) return false;
+    if (!ReadVariable(*variable, value, run.loops)) return false;
     const bool isNumber = value.type == kTypeInteger || value.type == kTypeFloat;
     if (isNumber && value.text.empty()) value.text = "0";
     if (value.text.empty()) return true;

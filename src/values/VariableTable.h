@@ -37,6 +37,16 @@ public:
     };
     // The common case of one hit; null when there is none or several: Select tells more then.
     CVariable* FindOne(std::string_view name) const;
+    // The same for whoever asks again and again with one name, and keeps the answer for it: as long as no variable
+    // comes or goes, no name is looked at.
+    struct Answer {
+        CVariable* variable = nullptr;
+        std::uint64_t epoch = 0;
+    };
+    CVariable* FindOne(std::string_view name, Answer& answer) const {
+        if (answer.epoch != epoch_) answer = {FindOne(name), epoch_};
+        return answer.variable;
+    }
     Selection Select(std::string_view name) const;
 
     // Puts in a variable that the table owns. False, and nothing changes, when the label is taken.
