@@ -65,10 +65,17 @@ void Record::MoveCells(Cell* place) {
     cells_ = place;
 }
 
+// A cell stands as far in front of its column's place as cells are missing in front of it: few, as a rule.
 Cell* Record::FindInOrder(std::uint32_t column) const {
-    Cell* cell = std::lower_bound(cells_, cells_ + count_, column,
+    constexpr std::uint32_t kFewMissing = 4;
+    const std::uint32_t end = std::min(column, count_ - 1) + 1;  // none from here on is the wanted one
+    const std::uint32_t near = end - std::min(end, kFewMissing);
+    for (Cell* cell = cells_ + end; cell-- != cells_ + near;) {
+        if (cell->column_ <= column) return cell->column_ == column ? cell : nullptr;
+    }
+    Cell* cell = std::lower_bound(cells_, cells_ + near, column,
                                   [](const Cell& c, std::uint32_t value) { return c.column_ < value; });
-    return cell != cells_ + count_ && cell->column_ == column ? cell : nullptr;
+    return cell != cells_ + near && cell->column_ == column ? cell : nullptr;
 }
 
 Cell* Record::InsertCell(int column) {

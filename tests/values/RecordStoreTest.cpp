@@ -74,6 +74,26 @@ TEST(RecordTest, KeepsItsCellsThroughEveryKindOfText) {
     EXPECT_EQ(cells[1].Text(), "place") << "the list's memory is not written";
 }
 
+// Both ways to find a cell, with cells missing everywhere.
+TEST(RecordTest, FindsWhatItHoldsAndNothingElse) {
+    std::mt19937 random(3);
+    for (const unsigned columns : {3U, 20U, 60U}) {
+        for (int round = 0; round < 200; ++round) {
+            const auto share = random() % 10;
+            std::vector<std::string> texts(columns);
+            Record record;
+            for (unsigned column = 0; column < columns; ++column) {
+                if (random() % 10 > share) continue;
+                texts[column] = std::to_string(random());
+                record.Set(static_cast<int>(column), texts[column]);
+            }
+            for (unsigned column = 0; column < columns; ++column)
+                EXPECT_EQ(record.Get(static_cast<int>(column)), texts[column]);
+            EXPECT_EQ(record.Get(static_cast<int>(columns)), "");
+        }
+    }
+}
+
 TEST(RecordTest, APartialRecordLacksWhatWasNeverSet) {
     Record record;
     EXPECT_TRUE(record.Has(5));
