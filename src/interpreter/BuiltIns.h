@@ -24,8 +24,8 @@ struct AssignmentOperands {
 class BuiltIns {
 public:
     virtual ~BuiltIns() = default;
-    // Decides by the types of the two sides whether a file, stream, script, pattern or type is meant. `handled` tells that
-    // the result ends the assignment.
+    // Decides by the types of the two sides whether a file, stream, script, pattern or type is meant. `handled` tells
+    // that the result ends the assignment.
     [[nodiscard]] virtual bool ExecuteBuiltIn(CPatternSchema& schema, const PatternCommand& command,
                                               AssignmentOperands& operands, bool& handled, RunContext& run) = 0;
     // Runs the built-in macro with the cmd_* identifier; fills value.result.

@@ -193,6 +193,7 @@ private:
     std::shared_ptr<const CommandList> FragmentOf(const std::string& text);
     // _Text
     [[nodiscard]] bool WriteStream(int index, OutputText& output);
+    void WriteLineEnd(const TextChunk& chunk, OutputText& output) const;
     [[nodiscard]] bool WriteNormalPlaceholder(const PatternCommand& command, OutputText& output);
     [[nodiscard]] bool WriteIdentifierPlaceholder(int index, OutputText& output, RunContext& run);
 

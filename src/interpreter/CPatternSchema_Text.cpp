@@ -9,7 +9,6 @@ bool CPatternSchema::FitsInText(std::size_t size) const {
     return Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, "Text is larger than 2147483647 bytes. ");
 }
 
-// Only the first line end of a text is judged so: between the further lines stands no command.
 bool CPatternSchema::WriteStream(int index, OutputText& output) {
     if (IsScript() || !macroText_) return true;
     const int place = macroText_->chunkOf[static_cast<std::size_t>(index)];
@@ -17,16 +16,19 @@ bool CPatternSchema::WriteStream(int index, OutputText& output) {
     const TextChunk& chunk = macroText_->chunks[static_cast<std::size_t>(place)];
     if (chunk.first.text.empty() && !chunk.hasLineEnd) return true;
     output.Append(chunk.first);
-    if (chunk.hasLineEnd) {
-        if (!output.IsLastLineBlank()) {
-            output.Append("\r\n");
-        } else if (!lineHasValue) {
-            output.StripLastLine();
-        }
-        output.Append(chunk.rest);
-    }
+    if (chunk.hasLineEnd) WriteLineEnd(chunk, output);
     lineHasValue = false;
     return FitsInText(output.Text().size());
+}
+
+// Only the first line end of a text is judged so: between the further lines stands no command.
+void CPatternSchema::WriteLineEnd(const TextChunk& chunk, OutputText& output) const {
+    if (!output.IsLastLineBlank()) {
+        output.Append("\r\n");
+    } else if (!lineHasValue) {
+        output.StripLastLine();
+    }
+    output.Append(chunk.rest);
 }
 
 // The mark is ink, so that the line end behind it is written as CR LF; both are removed when the macro has run, and the

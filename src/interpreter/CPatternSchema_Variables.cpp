@@ -49,7 +49,8 @@ bool CPatternSchema::ReadVariable(CVariable& variable, VariableText& result, con
         result = TextOutsideLists(variable);
         return true;
     }
-    result = {{}, variable.elementTypeId != 0 ? variable.elementTypeId : variable.typeId};
+    result.type = variable.elementTypeId != 0 ? variable.elementTypeId : variable.typeId;
+    result.text = {};
     if (RunningLoop* loop = loops.FindLoop(list)) {
         if (variable.IsList()) return true;  // the cell of a nested list says only that there is one
         const int column = list->ColumnIndexFor(variable);

@@ -15,14 +15,14 @@ class CPatternSchema;
 
 // An argument of a call, resolved: a variable or the value of a literal.
 struct BoundArgument {
-    int typeId = 0;         // of the variable, or 9 to 12 for a literal
-    int elementTypeId = 0;  // the variable's
-    std::string_view typeName;      // the variable's, or of the system's table
-    std::string_view userTypeName;  // the variable's
-    bool byValue = false;  // written with "[]"
-    std::string name;      // the variable's full label, or the literal's value
-    CVariable* variable = nullptr;                   // not owned; null for a literal
-    CVariableKVLCategoryList* ownerList = nullptr;   // of which the variable is a column; not owned
+    int typeId = 0;                                 // of the variable, or 9 to 12 for a literal
+    int elementTypeId = 0;                          // the variable's
+    std::string_view typeName;                      // the variable's, or of the system's table
+    std::string_view userTypeName;                  // the variable's
+    bool byValue = false;                           // written with "[]"
+    std::string name;                               // the variable's full label, or the literal's value
+    CVariable* variable = nullptr;                  // not owned; null for a literal
+    CVariableKVLCategoryList* ownerList = nullptr;  // of which the variable is a column; not owned
 };
 
 struct MacroFrame {

@@ -18,8 +18,10 @@ constexpr std::size_t kSequenceReach = 3;
 constexpr std::size_t kShortValue = 64;
 
 bool HasLineEnds(std::string_view text) {
-    for (char c : text)
+    for (const char c : text) {
+        if (static_cast<unsigned char>(c) > '\r') continue;  // which nearly all are
         if (c == '\n' || c == '\r') return true;
+    }
     return false;
 }
 

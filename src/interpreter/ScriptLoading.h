@@ -1,6 +1,6 @@
 #pragma once
-// From a path to a checked, executable script: the sequence around the front end, the same for the main script and for every
-// script or pattern that a script declares.
+// From a path to a checked, executable script: the sequence around the front end, the same for the main script and for
+// every script or pattern that a script declares.
 
 #include <memory>
 #include <string>
@@ -27,14 +27,14 @@ struct ParseInfo {
 };
 void ReportParse(const ParseInfo& info);
 
-// Compiles one file (or a stream's text under its name) into a new schema of the given entity kind, its weak literals too,
-// but its blocks not yet checked; null after a message. `info` is ready for the "after" report.
+// Compiles one file (or a stream's text under its name) into a new schema of the given entity kind, its weak literals
+// too, but its blocks not yet checked; null after a message. `info` is ready for the "after" report.
 std::unique_ptr<CPatternSchema> CompileFile(int entityKind, std::string_view path, ParseInfo& info);
 std::unique_ptr<CPatternSchema> CompileText(int entityKind, std::string_view name, std::string& text, ParseInfo& info,
                                             const MessageContext& context);
 
-// Pairs the blocks and judges header, footer, version, macro head and what stands behind the footer. Reports at the schema's
-// source. Runs once for a schema, before any command of it runs.
+// Pairs the blocks and judges header, footer, version, macro head and what stands behind the footer. Reports at the
+// schema's source. Runs once for a schema, before any command of it runs.
 [[nodiscard]] bool CheckBlocks(CPatternSchema& schema);
 
 // Compiles a text as a fragment of the schema's source, at its present line; its weak literals too. Null on failure.
