@@ -68,6 +68,11 @@ STREAMS = sizes("text", inputs.text_with_regions, 5000000, 50000000)
 GROWTH = (
     Growth("rows, 1 to 10 MB", "jobs/rows", sizes("rows", inputs.rows, 30000, 300000)),
     Growth("rows, 10 to 100 MB", "jobs/rows", sizes("rows", inputs.rows, 300000, 3000000)),
+    Growth("rows by line, 10 to 100 MB", "jobs/rows", sizes("rows", inputs.rows, 300000, 3000000),
+           scripts=("lines.kvl",) * 2),
+    Growth("declarations, 1 to 10 MB", "jobs/declarations", sizes("declarations", inputs.declarations, 1000000, 10000000)),
+    Growth("search, 10 to 100 MB", "jobs/search", sizes("text", inputs.text_with_regions, 10000000, 100000000)),
+    Growth("calls, 10,000 to 100,000", "jobs/calls", sizes("orders", inputs.orders, 10000, 100000)),
     Growth("lists three levels deep", "jobs/tree", sizes("tree", inputs.tree, 100000, 1000000)),
     Growth("one output line, 1 to 10 MB", "growth/one_line", sizes("rows", inputs.rows, 30000, 300000)),
     Growth("options that fail at their end", "growth/options",
