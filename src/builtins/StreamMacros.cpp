@@ -1,6 +1,5 @@
 // The ten stream macros: their arguments are judged and read here, their texts made in StreamText.
 #include <array>
-#include <limits>
 
 #include "builtins/StaticMacros.h"
 #include "builtins/StreamText.h"
@@ -13,7 +12,6 @@ namespace kvl {
 namespace {
 
 constexpr std::size_t kMostArguments = 4;
-constexpr std::size_t kLongestText = std::numeric_limits<std::int32_t>::max();
 constexpr std::string_view kTextTooLarge = "Text is larger than 2147483647 bytes. ";
 
 enum class Further { Texts, Width };  // what the arguments behind the first are

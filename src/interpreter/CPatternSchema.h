@@ -35,8 +35,6 @@ enum OverwriteMode : int {
 
 constexpr int kDeepestMacroCall = 10000;
 
-constexpr std::size_t kLongestText = 2147483647;  // positions in a text are 32-bit
-
 // A value read for output: the text is valid until the next command.
 struct VariableText {
     std::string_view text;

@@ -67,7 +67,8 @@ void OutputText::Append(OutputText&& other) {
 void OutputText::Grow(std::size_t size) {
     constexpr std::size_t kLargeText = std::size_t{1} << 20;
     const std::size_t factor = text_.size() < kLargeText ? 2 : 4;
-    text_.reserve(text_.size() * factor + size);
+    const std::size_t wanted = text_.size() + size;
+    text_.reserve(std::max(wanted, std::min(text_.size() * factor + size, kLongestText)));
 }
 
 void OutputText::AppendValue(std::string_view value) {

@@ -7,6 +7,8 @@
 
 namespace kvl {
 
+constexpr std::size_t kLongestText = 2147483647;  // positions in a text are 32-bit
+
 // A text to write, with what it does to the last line known beforehand.
 struct PreparedText {
     PreparedText() = default;
