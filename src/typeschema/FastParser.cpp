@@ -33,7 +33,12 @@ FastParser::FastParser(CTypeSchema& schema) : schema_(schema), program_(schema) 
 
 bool FastParser::Parse() {
     schema_.rootSpanEnd = window_.cursor;
-    const bool matched = ParseRange(program_.Begin(), program_.End());
+    bool matched = false;
+    try {
+        matched = ParseRange(program_.Begin(), program_.End());
+    } catch (const TooManyOrders& given) {
+        (void)ReportTooManyOrders(schema_, given.row, window_);
+    }
     schema_.input.SetCursor(window_.cursor);
     PublishTexts();
     return matched;

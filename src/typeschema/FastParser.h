@@ -59,6 +59,13 @@ private:
         bool HasStart(int position, int windowEndNow) const;
     };
 
+    // What ends the parse with a message of its own, wherever it stands.
+    struct TooManyOrders {
+        int row;
+    };
+    // Orders of a permutation that are known to lead nowhere.
+    static constexpr std::size_t kMostDeadOrders = 100000;
+
     // The elements from one row up to another.
     bool ParseRange(const ParseRow* from, const ParseRow* to);
     bool ParseInside(const ParseRow& row) { return ParseRange(row.Inside(), row.InsideEnd()); }
@@ -78,6 +85,7 @@ private:
     bool ParseText(const ParseRow& row);  // ::DISTANCE and ::STREAM
 
     bool ParseRepetition(const ParseRow& row, std::vector<int>& starts, bool keepStart);
+    void KeepRun(ListRun& place, ListRun&& run);
     void AddRecord(const ParseRow& row, std::size_t firstCell);
     bool FindTerminator(const ParseRow& row, int& here);
     bool ReadToBytes(const ParseRow& row);
@@ -111,6 +119,7 @@ private:
     void ShowToken(const ParseRow& row, const char* start, const Token& token);
     // The texts set from here on stay apart from those before.
     std::size_t MarkTexts() { return textMark_ = textLog_.size(); }
+    void KeepLastTexts(std::size_t first);
     void DropTexts() {
         textLog_.clear();
         textMark_ = 0;
@@ -140,6 +149,7 @@ private:
 
     std::vector<Search> searches_;                     // by row
     std::vector<ListRun> listRuns_;                    // by row
+    std::size_t keptStarts_ = 0;                       // in these, and those that gave way to others
     std::unordered_map<int, BracketSearch> brackets_;  // by row of a NESTED
 };
 

@@ -13,6 +13,8 @@ namespace {
 
 // A shorter list is as quickly read again.
 constexpr std::size_t kWorthKeeping = 8;
+// Of all lists together; beyond, what is known of the others is dropped.
+constexpr std::size_t kMostStarts = std::size_t{1} << 22;
 
 }  // namespace
 
@@ -54,15 +56,24 @@ const ParseRow* FastParser::NextAlternative(const ParseRow& choice, const ParseR
 // order is given up at its first failing prefix, and a set of elements that failed behind a cursor is not tried there
 // again.
 struct FastParser::PermutationSearch {
+    int row = 0;
     std::vector<const ParseRow*> elements;
     std::vector<bool> used;
     std::size_t matched = 0;
 
+    // A cursor, and the elements used in front of it: with them nothing led to the end.
     struct Dead {
+        int cursor;
         std::vector<bool> used;
-        std::vector<RowText> texts;
+        bool operator==(const Dead&) const = default;
     };
-    std::unordered_multimap<int, Dead> dead;  // by cursor
+    struct DeadHash {
+        std::size_t operator()(const Dead& dead) const {
+            return std::hash<std::vector<bool>>()(dead.used) ^
+                   static_cast<std::size_t>(dead.cursor) * std::size_t{0x9E3779B97F4A7C15U};
+        }
+    };
+    std::unordered_map<Dead, std::vector<RowText>, DeadHash> dead;  // with the texts that the attempts left behind
 };
 
 bool FastParser::ParsePermutation(const ParseRow& row) {
@@ -71,6 +82,7 @@ bool FastParser::ParsePermutation(const ParseRow& row) {
     ClearTextsInside(row);
     if (row.number == 0) schema_.rootSpanEnd = start;
     PermutationSearch search;
+    search.row = row.number;
     for (const ParseRow* child = row.Inside(); child < row.InsideEnd(); child = child->Behind())
         search.elements.push_back(child);
     if (search.elements.empty()) return true;
@@ -101,13 +113,12 @@ bool FastParser::ParsePermutation(const ParseRow& row) {
 bool FastParser::Permute(PermutationSearch& search) {
     if (search.matched == search.elements.size()) return true;
     const int start = window_.cursor;
-    const auto [first, last] = search.dead.equal_range(start);
-    for (auto known = first; known != last; ++known) {
-        if (known->second.used != search.used) continue;
-        for (const RowText& text : known->second.texts)
+    if (const auto known = search.dead.find({start, search.used}); known != search.dead.end()) {
+        for (const RowText& text : known->second)
             ShowText(text);
         return false;
     }
+    if (search.dead.size() >= kMostDeadOrders) throw TooManyOrders{search.row};
     const std::size_t textsBefore = MarkTexts();
     for (std::size_t i = 0; i < search.elements.size(); ++i) {
         if (search.used[i]) continue;
@@ -122,9 +133,20 @@ bool FastParser::Permute(PermutationSearch& search) {
         TakeBack(mark);
         window_.cursor = start;
     }
-    search.dead.insert(
-        {start, {search.used, {textLog_.begin() + static_cast<std::ptrdiff_t>(textsBefore), textLog_.end()}}});
+    KeepLastTexts(textsBefore);
+    search.dead[{start, search.used}].assign(textLog_.begin() + static_cast<std::ptrdiff_t>(textsBefore),
+                                             textLog_.end());
     return false;
+}
+
+// Of the texts set from `first` on, the last of each row counts. Without this each order would leave all those of the
+// orders tried behind it.
+void FastParser::KeepLastTexts(std::size_t first) {
+    const auto begin = textLog_.rend() - static_cast<std::ptrdiff_t>(first);
+    std::stable_sort(textLog_.rbegin(), begin, [](const RowText& a, const RowText& b) { return a.row < b.row; });
+    const auto last =
+        std::unique(textLog_.rbegin(), begin, [](const RowText& a, const RowText& b) { return a.row == b.row; });
+    textLog_.erase(textLog_.begin() + static_cast<std::ptrdiff_t>(first), last.base());
 }
 
 bool FastParser::ParseList(const ParseRow& row) {
@@ -139,10 +161,20 @@ bool FastParser::ParseList(const ParseRow& row) {
     bool any = false;
     while (ParseRepetition(row, starts, inTrial && row.insideSilent))
         any = true;
-    if (starts.size() >= kWorthKeeping) run = {std::move(starts), window_.cursor, window_.end};
+    if (starts.size() >= kWorthKeeping) KeepRun(run, {std::move(starts), window_.cursor, window_.end});
     if (row.number == 0) schema_.rootSpanEnd = window_.cursor;
     if (any) return true;
     return inTrial ? false : ReportEmptyList(schema_, row.number, window_);
+}
+
+void FastParser::KeepRun(ListRun& place, ListRun&& run) {
+    keptStarts_ += run.starts.size();
+    if (keptStarts_ > kMostStarts) {
+        for (ListRun& other : listRuns_)
+            other = {};
+        keptStarts_ = run.starts.size();
+    }
+    place = std::move(run);
 }
 
 // One more element of the list. A repetition that consumes nothing ends it.

@@ -52,6 +52,12 @@ bool ReportNoPermutation(const CTypeSchema& schema, int row, const InputWindow& 
     return Report(ERR_EXEC_ENVIRON_FATAL_1, context);
 }
 
+bool ReportTooManyOrders(const CTypeSchema& schema, int row, const InputWindow& window) {
+    DataContext context = ContextOf(schema, row, window);
+    context.Set(ERRSTR_FATAL_REASON, "::PERMUTATION has more than 100000 orders that lead nowhere. ");
+    return Report(ERR_EXEC_ENVIRON_FATAL_1, context);
+}
+
 bool ReportEmptyList(const CTypeSchema& schema, int row, const InputWindow& window) {
     DataContext context = ContextOf(schema, row, window);
     context.Set(ERRSTR_LIST_ID, VariableOf(schema, row).label);

@@ -11,6 +11,7 @@ bool ReportLiteral(const CTypeSchema& schema, int row, const InputWindow& window
 bool ReportElement(const CTypeSchema& schema, int row, const InputWindow& window);
 bool ReportNoAlternative(const CTypeSchema& schema, int row, const InputWindow& window);
 bool ReportNoPermutation(const CTypeSchema& schema, int row, const InputWindow& window);
+bool ReportTooManyOrders(const CTypeSchema& schema, int row, const InputWindow& window);
 bool ReportEmptyList(const CTypeSchema& schema, int row, const InputWindow& window);
 bool ReportNoTerminator(const CTypeSchema& schema, int row, const InputWindow& window);
 bool ReportEmptyDistance(const CTypeSchema& schema, int row, const InputWindow& window);
