@@ -1,4 +1,6 @@
 // The methods of a directory: its paths, file names below them, and making it.
+#include <algorithm>
+
 #include "builtins/StaticMacros.h"
 #include "messages/FileReports.h"
 #include "text/Paths.h"
@@ -20,6 +22,8 @@ constexpr DirectoryMacroRow kDirectoryMacros[] = {
     {cmd_directory_method_file, "FILE(S)", 1, 1},
     {cmd_directory_method_set_path, "SET_PATH(S)", 1, 1},
 };
+
+constexpr std::size_t kMostPaths = 100000;  // of one directory: those below each other multiply
 
 struct DirectoryArguments {
     CVariableKVLDirectory* directory = nullptr;
@@ -69,6 +73,11 @@ bool SetPath(const CPatternSchema& schema, CVariableKVLDirectory& directory, std
     const std::vector<std::string>* parentPaths = nullptr;
     std::vector<std::string> paths;
     if (!FindParentPaths(schema, directory.label, parentPaths)) return false;
+    const auto components = static_cast<std::size_t>(std::ranges::count(kept, ';')) + 1;
+    if (components * (parentPaths ? parentPaths->size() : 1) > kMostPaths) {
+        return schema.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON,
+                           "Directory " + directory.label + " grows beyond 100000 paths. ");
+    }
     if (!ResolveDirectoryPaths(kept, scriptDirectory, parentPaths, paths)) return false;
     directory.SetPaths(std::move(paths));
     return true;
