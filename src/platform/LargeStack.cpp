@@ -1,7 +1,9 @@
 #include <malloc.h>
 #include <pthread.h>
 #include <signal.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <exception>
 
 #include "platform/Surroundings.h"
@@ -28,6 +30,13 @@ void* RunJob(void* argument) {
     return nullptr;
 }
 
+// A process whose addresses are limited needs most of them for its values.
+std::size_t MostForStack() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return ~std::size_t{0};
+    return static_cast<std::size_t>(limit.rlim_cur / 4);
+}
+
 // False if no thread with such a stack can be had.
 bool RunInThread(std::size_t byteCount, Job& job) {
     pthread_attr_t attributes;
@@ -41,7 +50,7 @@ bool RunInThread(std::size_t byteCount, Job& job) {
 }
 
 bool RunOnSomeStack(std::size_t byteCount, Job& job) {
-    for (; byteCount >= kSmallestStack; byteCount /= 2)
+    for (byteCount = std::min(byteCount, MostForStack()); byteCount >= kSmallestStack; byteCount /= 2)
         if (RunInThread(byteCount, job)) return true;
     return false;
 }

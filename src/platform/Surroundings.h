@@ -25,6 +25,10 @@ public:
 
 Surroundings& SystemSurroundings();
 
+// From now on memory that the machine does not have is refused with a bad_alloc, where the system would end the process
+// once it is touched. Up to `firstLimit` bytes nothing is asked; a lower limit of the process stays as it is.
+void LimitMemory(std::size_t firstLimit = std::size_t{2} << 30);
+
 // Runs `work` on a stack of its own of `byteCount` bytes (only what is touched costs memory) and returns when it is
 // done. Falls back to smaller stacks, at last to the present one. Bad_alloc thrown by `work` reaches the caller.
 void RunOnLargeStack(std::size_t byteCount, const std::function<void()>& work);

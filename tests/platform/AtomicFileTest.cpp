@@ -89,6 +89,11 @@ TEST_F(AtomicFileTest, LinksAreFollowed) {
     EXPECT_TRUE(std::filesystem::is_symlink(Path("dangling")));
     EXPECT_EQ(Get("d/target"), "new");
     EXPECT_EQ(Get("d/fresh"), "made");
+    for (int i = 0; i <= 40; ++i)
+        std::filesystem::create_symlink("link" + std::to_string(i + 1), Path("link" + std::to_string(i)));
+    EXPECT_NE(Replace(Path("link0"), "beyond 40"), 0);
+    EXPECT_EQ(Replace(Path("link1"), "by 40"), 0);
+    EXPECT_EQ(Get("link41"), "by 40");
 }
 
 TEST_F(AtomicFileTest, HardLinksAreWrittenInPlace) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -127,6 +128,39 @@ TEST(SurroundingsTest, TimeAndEnvironment) {
     EXPECT_TRUE(SystemSurroundings().GetEnvironment("KVL_TEST_VARIABLE", value));
     unsetenv("KVL_TEST_VARIABLE");
     EXPECT_FALSE(SystemSurroundings().GetEnvironment("KVL_TEST_VARIABLE", value));
+}
+
+// How many blocks that are never touched the process is given, and that it is told when there are no more.
+std::string BlocksGiven(std::size_t byteCount, int most) {
+    std::vector<std::string> blocks(static_cast<std::size_t>(most));
+    int given = 0;
+    try {
+        for (; given < most; ++given)
+            blocks[static_cast<std::size_t>(given)].reserve(byteCount);
+    } catch (const std::bad_alloc&) {
+        return std::to_string(given);
+    }
+    return "all";
+}
+
+TEST(MemoryLimitTest, IsWhatTheMachineHasOrTheProcessMayTake) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "the sanitizer has its own";
+#endif
+    const auto limited = [](rlim_t allowed, int most) {
+        return RunInChild(false, "",
+                          [=] {
+                              const rlimit limit{allowed, RLIM_INFINITY};
+                              setrlimit(RLIMIT_DATA, &limit);
+                              LimitMemory(std::size_t{64} << 20);
+                              SystemConsole().Write(BlocksGiven(std::size_t{200} << 20, most));
+                          })
+            .output;
+    };
+    EXPECT_EQ(limited(RLIM_INFINITY, 2), "all");
+    EXPECT_NE(limited(RLIM_INFINITY, 100000), "all");
+    EXPECT_EQ(limited(std::size_t{500} << 20, 10), "2");
+    EXPECT_EQ(limited(std::size_t{32} << 20, 10), "0");
 }
 
 // Touches about a kilobyte of stack at each level.
