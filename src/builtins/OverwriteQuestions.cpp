@@ -48,7 +48,7 @@ constexpr std::string_view kFileAnswers =
 // Ends at the end of input at the latest, which counts as [Esc].
 int ReadAnswer(std::span<const KeyRow> keys) {
     for (;;) {
-        const int key = LowerCase(static_cast<char>(TheConsole().ReadKey()));
+        const char key = LowerCase(static_cast<char>(TheConsole().ReadKey()));
         for (const KeyRow& row : keys) {
             if (row.key != key) continue;
             TheConsole().AcceptKey();

@@ -60,6 +60,7 @@ public:
 
 MacroCallee::Shape MacroCallee::ShapeOf(const BoundArgument& argument) {
     Shape shape{argument.typeId, argument.variable == nullptr, 0, -1, -1};
+    if (argument.variable == nullptr) return shape;
     const CTypeSchema* instance = InstanceOf(argument.variable);
     if (!instance) return shape;
     const bool isInstance = argument.typeId == kTypeInstance;
