@@ -19,7 +19,8 @@ constexpr std::array<unsigned char, 256> MakeTable() {
         if ((i >= 'A' && i <= 'Z') || (i >= 'a' && i <= 'z') || i == '_') table[i] = kLetter;
         if (i >= '0' && i <= '9') table[i] = kDigit;
     }
-    for (unsigned char letter : kSpecialLetters) table[letter] = kSpecial;
+    for (unsigned char letter : kSpecialLetters)
+        table[letter] = kSpecial;
     return table;
 }
 inline constexpr std::array<unsigned char, 256> kTable = MakeTable();
@@ -30,8 +31,12 @@ constexpr bool IsInvisible(char c) {
     return (byte_class::kTable[static_cast<unsigned char>(c)] & byte_class::kInvisible) != 0;
 }
 // A to Z, a to z and "_".
-constexpr bool IsLetter(char c) { return (byte_class::kTable[static_cast<unsigned char>(c)] & byte_class::kLetter) != 0; }
-constexpr bool IsDigit(char c) { return static_cast<unsigned char>(c - '0') < 10; }
+constexpr bool IsLetter(char c) {
+    return (byte_class::kTable[static_cast<unsigned char>(c)] & byte_class::kLetter) != 0;
+}
+constexpr bool IsDigit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
 constexpr bool IsNameByte(char c) {
     return (byte_class::kTable[static_cast<unsigned char>(c)] & (byte_class::kLetter | byte_class::kDigit)) != 0;
 }

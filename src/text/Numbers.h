@@ -7,8 +7,8 @@
 
 namespace kvl {
 
-// Leading white space, a sign, digits; whatever follows is ignored, no digits give 0. Read as a 64-bit number held at its
-// ends, of which the low 32 bits count.
+// Leading white space, a sign, digits; whatever follows is ignored, no digits give 0. Read as a 64-bit number held at
+// its ends, of which the low 32 bits count.
 std::int32_t ReadInteger(std::string_view text);
 // The longest prefix that is a number in the C notation ("inf", "nan" and hexadecimal forms too); else 0.
 double ReadFloat(std::string_view text);

@@ -1,5 +1,6 @@
 #pragma once
-// What is process-wide, in one plain place. A run begins by resetting it, so that a test can do many runs in one process.
+// What is process-wide, in one plain place. A run begins by resetting it, so that a test can do many runs in one
+// process.
 
 #include <memory>
 #include <string>
@@ -47,13 +48,13 @@ struct ProcessState {
 
     // interpreter
     std::string mainScriptDrive;
-    std::string mainScriptDirectory;   // without its last separator
-    CPatternSchema* root = nullptr;    // not owned
-    std::string generationMark;        // "${" GUID "}$"
-    int stoppedLine = -1;              // of the first command that failed, for a run that would end in silence
+    std::string mainScriptDirectory;  // without its last separator
+    CPatternSchema* root = nullptr;   // not owned
+    std::string generationMark;       // "${" GUID "}$"
+    int stoppedLine = -1;             // of the first command that failed, for a run that would end in silence
     std::string stoppedPath;
-    int macroDepth = 0;                // nested macro calls running now
-    unsigned long elementTables = 0;   // made so far; gives each its number
+    int macroDepth = 0;               // nested macro calls running now
+    unsigned long elementTables = 0;  // made so far; gives each its number
     RandomSource random;
 };
 

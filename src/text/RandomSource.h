@@ -19,8 +19,8 @@ void RandomSeed(RandomSource& source, int ij, int kl);
 // The next double in 0 to 1.
 double RandomNext(RandomSource& source);
 
-// A new GUID text: 32 upper-case hexadecimal digits in groups 8-4-4-4-12 joined by "_". Uses the process's random source
-// and the present time.
+// A new GUID text: 32 upper-case hexadecimal digits in groups 8-4-4-4-12 joined by "_". Uses the process's random
+// source and the present time.
 std::string MakeGuidText();
 
 // AES-128 of one block, without chaining.

@@ -18,8 +18,8 @@ void AppendWithoutCr(std::string& output, std::string_view text) {
 
 }  // namespace
 
-// A short text is found quickest by its first byte; that costs up to its length at each byte of `text`, so a long one goes
-// to memmem, whose cost stays linear.
+// A short text is found quickest by its first byte; that costs up to its length at each byte of `text`, so a long one
+// goes to memmem, whose cost stays linear.
 std::size_t FindText(std::string_view text, std::string_view what, std::size_t position) {
     if (what.size() < kLongText || position > text.size()) return text.find(what, position);
     const void* found = memmem(text.data() + position, text.size() - position, what.data(), what.size());

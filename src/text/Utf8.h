@@ -6,8 +6,9 @@
 
 namespace kvl {
 
-// Folds the UTF-8 forms of the special letters to single bytes: the lead bytes 0xC2 and 0xC3 vanish and set `utf8`; behind
-// 0xC3 the umlauts and the sharp s are mapped, all other bytes stay. Without any lead byte the result equals the text.
+// Folds the UTF-8 forms of the special letters to single bytes: the lead bytes 0xC2 and 0xC3 vanish and set `utf8`;
+// behind 0xC3 the umlauts and the sharp s are mapped, all other bytes stay. Without any lead byte the result equals the
+// text.
 std::string FoldUtf8(std::string_view text, bool& utf8);
 
 // Puts each special letter that stands alone in `text` from `from` on into its two-byte form; bytes that are part of a

@@ -77,7 +77,8 @@ inline std::string CaseName(const testing::TestParamInfo<TextCase>& info) {
 inline void RewriteSection(const TextCase& changed, std::string_view section, const std::string& text) {
     std::ifstream in(changed.file, std::ios::binary);
     std::string head, all;
-    for (std::string line; in.peek() != '=' && std::getline(in, line);) head += line + "\n";
+    for (std::string line; in.peek() != '=' && std::getline(in, line);)
+        head += line + "\n";
     in.close();
     for (const TextCase& each : ReadCases(changed.file.substr(std::string(KVL_TESTS_FOLDER).size() + 1))) {
         all += "=== " + each.name + "\n";
