@@ -68,9 +68,9 @@ struct FastParser::PermutationSearch {
         bool operator==(const Dead&) const = default;
     };
     struct DeadHash {
-        std::size_t operator()(const Dead& dead) const {
-            return std::hash<std::vector<bool>>()(dead.used) ^
-                   static_cast<std::size_t>(dead.cursor) * std::size_t{0x9E3779B97F4A7C15U};
+        std::size_t operator()(const Dead& order) const {
+            return std::hash<std::vector<bool>>()(order.used) ^
+                   static_cast<std::size_t>(order.cursor) * std::size_t{0x9E3779B97F4A7C15U};
         }
     };
     std::unordered_map<Dead, std::vector<RowText>, DeadHash> dead;  // with the texts that the attempts left behind
