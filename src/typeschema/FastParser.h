@@ -92,6 +92,7 @@ private:
     bool Scan(const ParseRow& row, int& here);
     bool ScanFromKnown(const ParseRow& row, const Search& known, int& here);
     bool JumpToCandidate(const ParseRow& row, int& next);
+    bool IsInReach(const ParseRow& literal, int from, int found) const;
     int FindLiteral(const ParseRow& literal, int from);
     int FindFarLiteral(const ParseRow& literal, int from);
 

@@ -92,7 +92,9 @@ bool FastParser::Scan(const ParseRow& row, int& here) {
 // From here on an earlier search has come to what it came to.
 bool FastParser::ScanFromKnown(const ParseRow& row, const Search& known, int& here) {
     const int start = window_.cursor;
-    if (known.at != start && !window_.IsAtEnd()) SetText(row, start, start);
+    const ParseRow& first = *row.Inside();
+    const bool matchesAtOnce = known.at == start || (first.jumpLength > 0 && IsInReach(first, start, known.at));
+    if (!matchesAtOnce && !window_.IsAtEnd()) SetText(row, start, start);
     if (known.at < 0) return false;
     here = window_.cursor = known.at;
     return ParseInside(row);
@@ -107,10 +109,8 @@ bool FastParser::JumpToCandidate(const ParseRow& row, int& next) {
     next = start + 1;
     if (first.jumpLength > 0) {
         const int found = FindLiteral(first, start);
-        const bool isInReach =
-            found >= 0 && first.kind == kElementWeakLiteral && window_.FirstVisibleFrom(start) >= found;
         next = found < 0 ? window_.end : found + 1;
-        if (!isInReach) window_.cursor = found < 0 ? window_.end : found;
+        if (!IsInReach(first, start, found)) window_.cursor = found < 0 ? window_.end : found;
     } else if (row.insideSilent && !row.insideFirst.readsOn && !row.insideFirst.canBeEmpty) {
         while (!window_.IsAtEnd()) {
             const int place = row.insideFirst.Place(window_);
@@ -122,6 +122,11 @@ bool FastParser::JumpToCandidate(const ParseRow& row, int& next) {
     }
     if (window_.cursor != start) SetText(row, start, start);
     return !window_.IsAtEnd();
+}
+
+// Does an attempt at `from` skip white space up to a literal found behind it?
+bool FastParser::IsInReach(const ParseRow& literal, int from, int found) const {
+    return found >= 0 && literal.kind == kElementWeakLiteral && window_.FirstVisibleFrom(from) >= found;
 }
 
 int FastParser::FindLiteral(const ParseRow& literal, int from) {
