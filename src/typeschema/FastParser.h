@@ -128,6 +128,7 @@ private:
     void ClearTextsInside(const ParseRow& row);
     // Text of a category from `begin` to `end`, trimmed: for the script and, when `matched`, for the record.
     void CloseText(const ParseRow& row, int begin, int end, bool matched);
+    // The same for a row that keeps its text.
     void KeepText(const ParseRow& row, int begin, int end, bool matched);
     void PublishTexts();
 
