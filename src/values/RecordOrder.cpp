@@ -120,8 +120,8 @@ private:
         return true;
     }
 
-    static void BeginRun(BlockOfList& block, Index place) {
-        if (block.runs.empty()) block.runs.resize(kBlock);
+    void BeginRun(BlockOfList& block, Index place) const {
+        if (block.runs.empty()) block.runs.resize(std::min<std::size_t>(kBlock, places_.size()));
         block.runs[place % kBlock].first = static_cast<Index>(block.records.size());
     }
 
