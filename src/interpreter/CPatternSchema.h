@@ -78,6 +78,8 @@ public:
     [[nodiscard]] bool ExecuteBlock(int begin, int end, OutputText& output, RunContext& run);
     [[nodiscard]] bool ExecuteCommand(int index, OutputText& output, RunContext& run);
 
+    // May one more block or call nest in those that run? Reported if not.
+    [[nodiscard]] bool MayNest() const;
     // May a text grow to this size? Reported if not.
     [[nodiscard]] bool FitsInText(std::size_t size) const;
 

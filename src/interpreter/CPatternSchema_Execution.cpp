@@ -3,6 +3,7 @@
 #include "interpreter/CPatternSchema.h"
 #include "interpreter/CPatternSchemaCondition.h"
 #include "interpreter/ScriptLoading.h"
+#include "platform/Surroundings.h"
 #include "text/Replace.h"
 
 namespace kvl {
@@ -10,6 +11,7 @@ namespace kvl {
 namespace {
 
 constexpr std::size_t kMostFragments = 256;
+constexpr std::string_view kNestedBeyondStack = "Blocks and macro calls are nested deeper than the stack holds. ";
 
 // The innermost failing command is the first to come here, while the failure travels up.
 void RememberStop(const CPatternSchema& schema, const PatternCommand& command) {
@@ -50,9 +52,15 @@ bool CPatternSchema::Execute(int first, int last, OutputText& output, RunContext
     return true;
 }
 
+// The lower half of the stack is left to the parser and the type compiler, which may be called from any depth.
+bool CPatternSchema::MayNest() const {
+    return !IsStackHalfUsed() || Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, kNestedBeyondStack);
+}
+
 bool CPatternSchema::ExecuteBlock(int begin, int end, OutputText& output, RunContext& run) {
     const PatternCommand& command = Commands()[static_cast<std::size_t>(begin)];
     currentLine = command.lineNumber;
+    if (!MayNest()) return false;
     switch (command.kind) {
         case cmd_kind_begin_end_loop_list_condition:
         case cmd_kind_begin_end_loop_list:

@@ -89,6 +89,7 @@ bool RunMacro(CPatternSchema& caller, const CVariable& macro, const CPatternSche
     if (Process().macroDepth >= kDeepestMacroCall) {
         return caller.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, kNestedTooDeep);
     }
+    if (!caller.MayNest()) return false;
     const DepthCount counted;
     TraceCall("Call   ", commandText);
     MacroFrame frame;

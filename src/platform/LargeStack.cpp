@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 
 #include "platform/Surroundings.h"
@@ -13,7 +14,15 @@ namespace {
 
 constexpr std::size_t kSmallestStack = std::size_t{8} * 1024 * 1024;
 
+// The stack grows down to lower addresses: at those below this one it is half used up.
+std::uintptr_t middleOfStack = 0;
+
+[[gnu::always_inline]] inline std::uintptr_t AddressOnStack() {
+    return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+}
+
 struct Job {
+    std::size_t byteCount;
     const std::function<void()>* work;
     sigset_t signalMask;
     std::exception_ptr thrown;
@@ -21,12 +30,14 @@ struct Job {
 
 void* RunJob(void* argument) {
     Job& job = *static_cast<Job*>(argument);
+    middleOfStack = AddressOnStack() - job.byteCount / 2;
     pthread_sigmask(SIG_SETMASK, &job.signalMask, nullptr);
     try {
         (*job.work)();
     } catch (...) {
         job.thrown = std::current_exception();
     }
+    middleOfStack = 0;
     return nullptr;
 }
 
@@ -38,20 +49,20 @@ std::size_t MostForStack() {
 }
 
 // False if no thread with such a stack can be had.
-bool RunInThread(std::size_t byteCount, Job& job) {
+bool RunInThread(Job& job) {
     pthread_attr_t attributes;
     if (pthread_attr_init(&attributes) != 0) return false;
     pthread_t thread;
-    const bool started = pthread_attr_setstacksize(&attributes, byteCount) == 0 &&
+    const bool started = pthread_attr_setstacksize(&attributes, job.byteCount) == 0 &&
                          pthread_create(&thread, &attributes, &RunJob, &job) == 0;
     pthread_attr_destroy(&attributes);
     if (started) pthread_join(thread, nullptr);
     return started;
 }
 
-bool RunOnSomeStack(std::size_t byteCount, Job& job) {
-    for (byteCount = std::min(byteCount, MostForStack()); byteCount >= kSmallestStack; byteCount /= 2)
-        if (RunInThread(byteCount, job)) return true;
+bool RunOnSomeStack(Job& job) {
+    for (job.byteCount = std::min(job.byteCount, MostForStack()); job.byteCount >= kSmallestStack; job.byteCount /= 2)
+        if (RunInThread(job)) return true;
     return false;
 }
 
@@ -62,14 +73,20 @@ bool RunOnSomeStack(std::size_t byteCount, Job& job) {
 void RunOnLargeStack(std::size_t byteCount, const std::function<void()>& work) {
     // One heap for both threads: one of its own would grow by a system call for every few pages.
     mallopt(M_ARENA_MAX, 1);
-    Job job{&work, {}, nullptr};
+    Job job{byteCount, &work, {}, nullptr};
     sigset_t all;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &job.signalMask);
-    const bool done = RunOnSomeStack(byteCount, job);
+    if (!RunOnSomeStack(job)) {
+        job.byteCount = kSmallestStack;
+        RunJob(&job);
+    }
     pthread_sigmask(SIG_SETMASK, &job.signalMask, nullptr);
-    if (!done) work();
     if (job.thrown != nullptr) std::rethrow_exception(job.thrown);
+}
+
+bool IsStackHalfUsed() {
+    return AddressOnStack() < middleOfStack;
 }
 
 }  // namespace kvl

@@ -33,4 +33,7 @@ void LimitMemory(std::size_t firstLimit = std::size_t{2} << 30);
 // done. Falls back to smaller stacks, at last to the present one. Bad_alloc thrown by `work` reaches the caller.
 void RunOnLargeStack(std::size_t byteCount, const std::function<void()>& work);
 
+// Whether the work that runs on a large stack has come to its lower half. False outside of such work.
+bool IsStackHalfUsed();
+
 }  // namespace kvl

@@ -1,6 +1,7 @@
 #include "values/LoopStack.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "values/CVariableKVLCategoryList.h"
 
@@ -33,7 +34,9 @@ void ListCursor::Detach() {
 void ListCursor::LetGo() {
     if (!borrowed_) return;
     borrowed_ = nullptr;
-    std::erase(list->borrowers_, this);
+    // Inner loops end first: from the last one the search is short, however many loops of the list run.
+    auto& borrowers = list->borrowers_;
+    borrowers.erase(std::next(std::find(borrowers.rbegin(), borrowers.rend(), this)).base());
 }
 
 }  // namespace kvl

@@ -67,10 +67,10 @@ TEST(MacroName, OfTheVariableMustBeTheDeclaredOne) {
 }
 
 // DOWN calls itself until its number is 0.
-bool CallNested(ScriptRun& run, int calls) {
+bool CallNested(ScriptRun& run, int calls, std::size_t stackBytes = std::size_t{1} << 30) {
     run.AddScript("DOWN", "#N::INTEGER", "$M ::INTEGER = N$$M -= 1$$BEGIN IF M > 0$$DOWN(M)$$END IF M > 0$");
     bool succeeded = false;
-    RunOnLargeStack(std::size_t{1} << 30, [&] { succeeded = run.Execute("$DOWN(" + std::to_string(calls) + ")$"); });
+    RunOnLargeStack(stackBytes, [&] { succeeded = run.Execute("$DOWN(" + std::to_string(calls) + ")$"); });
     EXPECT_EQ(Process().macroDepth, 0);
     return succeeded;
 }
@@ -85,6 +85,25 @@ TEST(MacroDepth, OneMoreIsRefused) {
     EXPECT_FALSE(CallNested(run, kDeepestMacroCall + 1));
     EXPECT_EQ(run.faults, "ERR_EXEC_ENVIRON_FATAL_1 3");
     EXPECT_NE(run.outside.console.output.find("Macro calls are nested deeper than 10000. "), std::string::npos);
+}
+
+TEST(MacroDepth, EndsBeforeTheStackDoes) {
+    constexpr std::size_t kSmallStack = std::size_t{8} << 20;
+    std::string open = "$L ::INTEGER[1]$", close;
+    for (int i = 0; i < 100000; ++i) {
+        open += "$BEGIN ALL L$";
+        close += "$END ALL L$";
+    }
+    ScriptRun blocks;
+    RunOnLargeStack(kSmallStack, [&] { blocks.Execute(open + close); });
+    EXPECT_EQ(blocks.faults, "ERR_EXEC_ENVIRON_FATAL_1 3");
+
+    ScriptRun calls;
+    EXPECT_FALSE(CallNested(calls, kDeepestMacroCall, kSmallStack));
+    EXPECT_EQ(calls.faults, "ERR_EXEC_ENVIRON_FATAL_1 3");
+    for (const ScriptRun* run : {&blocks, &calls}) {
+        EXPECT_NE(run->outside.console.output.find("nested deeper than the stack holds. "), std::string::npos);
+    }
 }
 
 }  // namespace
