@@ -104,8 +104,8 @@ std::string ScriptText(const std::array<StreamCall, 10>& calls, int width) {
         text += std::string("$") + name + " ::STREAM = D:FILE(\"" + name + ".txt\")$\n";
     for (std::size_t i = 0; i < calls.size(); ++i) {
         const std::string name = "R" + std::to_string(i);
-        text +=
-            "$" + name + " ::STREAM = KVL:STREAM:" + calls[i].call + "$$D:FILE(\"" + name + ".txt\") = " + name + "$\n";
+        text.append("$").append(name).append(" ::STREAM = KVL:STREAM:").append(calls[i].call);
+        text.append("$$D:FILE(\"").append(name).append(".txt\") = ").append(name).append("$\n");
     }
     return text + "$END SCRIPT MAIN()$\n$END KVL VERSION=\"1.0.0\"$\n";
 }

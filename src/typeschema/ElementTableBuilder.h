@@ -22,9 +22,9 @@ private:
     // A category whose children are being built.
     struct OpenCategory {
         ItemShape shape;
-        CVariable* variable;
-        std::size_t nextChild;
-        std::size_t prefixLength;  // of the label prefix, to be put back
+        CVariable* variable = nullptr;
+        std::size_t nextChild = 0;
+        std::size_t prefixLength = 0;  // of the label prefix, to be put back
     };
     struct OpenList {
         CVariableKVLCategoryList* list;

@@ -37,13 +37,12 @@ bool FastParser::ParseChoice(const ParseRow& row) {
 // that keeps nothing itself are walked through as if they stood here.
 const ParseRow* FastParser::NextAlternative(const ParseRow& choice, const ParseRow* row) const {
     while (row < choice.InsideEnd()) {
+        const bool mayBeSkipped = row->silent && !choice.showsText;
         if (row->kind == kElementNone) {
             ++row;  // the end of a choice that was walked through
-        } else if (choice.showsText || !row->silent) {
-            return row;
-        } else if (row->first.Excludes(window_)) {
+        } else if (mayBeSkipped && row->first.Excludes(window_)) {
             row = row->Behind();
-        } else if (row->isMereChoice) {
+        } else if (mayBeSkipped && row->isMereChoice) {
             row = row->Inside();
         } else {
             return row;

@@ -122,7 +122,7 @@ void CVariableKVLCategoryList::ReplaceRecord(PathView key, Record&& record) {
     DetachCursors();
     bool inserted = false;
     Record& place = records_.Insert(key, std::move(record), inserted);
-    if (!inserted) place = std::move(record);
+    if (!inserted) place = std::move(record);  // NOLINT(bugprone-use-after-move): left alone where none was inserted
 }
 
 void CVariableKVLCategoryList::WriteCell(PathView key, int column, std::string_view text) {

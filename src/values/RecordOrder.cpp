@@ -21,7 +21,7 @@ public:
     // A new key of the scope by its last number, and the number from which what is nested below counts on each level;
     // none where that stays as it is.
     struct Target {
-        int number;
+        int number = 0;
         std::optional<int> firstBelow;
     };
 

@@ -55,7 +55,7 @@ public:
         chunk.records.emplace_back(cells, count, provisional);
         return chunk.paths;
     }
-    // Adds a record in its place. An existing path keeps its record (`inserted` false).
+    // Adds a record in its place. An existing path keeps its record (`inserted` false), and `record` is left as it is.
     Record& Insert(PathView path, Record&& record, bool& inserted);
     void Erase(Position first, Position last);
     // Moves the records from `first` to `last` out, with their paths, and erases them.
