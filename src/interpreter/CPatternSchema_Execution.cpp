@@ -3,6 +3,7 @@
 #include "interpreter/CPatternSchema.h"
 #include "interpreter/CPatternSchemaCondition.h"
 #include "interpreter/ScriptLoading.h"
+#include "messages/Log.h"
 #include "platform/Surroundings.h"
 #include "text/Replace.h"
 
@@ -149,14 +150,19 @@ bool CPatternSchema::ExecuteLiteralMacro(const PatternCommand& command, OutputTe
     return ExecuteMacroCall(call.macroName, call.arguments, command.commandText, command.asStatement != 0, output, run);
 }
 
-// Null if the text does not compile. What is compiled does not depend on the place: a call has no use for its line.
+// Null if the text does not compile. What is compiled does not depend on the place: a call has no use for its line. A
+// log tells of each compilation.
 std::shared_ptr<const CommandList> CPatternSchema::FragmentOf(const std::string& text) {
     FragmentCache& fragments = script->Fragments();
-    if (const auto known = fragments.find(text); known != fragments.end()) return known->second;
+    const auto known = LogIsOpen() ? fragments.end() : fragments.find(text);
+    if (known != fragments.end()) {
+        Process().atLineStart = known->second.atLineStart;
+        return known->second.list;
+    }
     std::shared_ptr<const CommandList> fragment = CompileFragment(*this, ReplaceAll('$' + text + '$', "\"\"", "\""));
     if (!fragment) return nullptr;
     if (fragments.size() == kMostFragments) fragments.clear();  // texts that are all different are not worth keeping
-    fragments.emplace(text, fragment);
+    fragments.insert_or_assign(text, CompiledFragment{fragment, Process().atLineStart});
     return fragment;
 }
 

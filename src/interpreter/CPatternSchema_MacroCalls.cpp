@@ -79,7 +79,7 @@ void AppendWithoutMarks(OutputText& output, OutputText&& body) {
         output.Append(std::move(body));
         return;
     }
-    output.Append(ReplaceAll(ReplaceAll(body.Text(), mark + "\r\n", ""), mark, ""));
+    output.AppendOutput(ReplaceAll(ReplaceAll(body.Text(), mark + "\r\n", ""), mark, ""));
 }
 
 // `macro` is the variable that holds the schema.

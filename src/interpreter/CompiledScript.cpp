@@ -28,16 +28,30 @@ std::string WithoutBlanksAtLineEnds(std::string_view text) {
     return clean;
 }
 
+PreparedText WithCrLf(std::string_view text) {
+    std::string lines;
+    AppendWithCrLf(lines, text);
+    return PreparedText(std::move(lines));
+}
+
 TextChunk CutAtFirstLineEnd(std::string_view text) {
     TextChunk chunk;
     const std::size_t lineEnd = text.find('\n');
     chunk.first = PreparedText(std::string(text.substr(0, lineEnd)));
     chunk.hasLineEnd = lineEnd != std::string_view::npos;
-    if (!chunk.hasLineEnd) return chunk;
-    std::string rest;
-    AppendWithCrLf(rest, text.substr(lineEnd + 1));
-    chunk.rest = PreparedText(std::move(rest));
+    if (chunk.hasLineEnd) chunk.rest = WithCrLf(text.substr(lineEnd + 1));
     return chunk;
+}
+
+// What came as UTF-8 is written as such at once. Beside each other, two folded letters may look like one of UTF-8,
+// which the encoding at the end of the macro would take them for.
+void EncodeUtf8(MacroText& text) {
+    for (TextChunk& chunk : text.chunks) {
+        chunk.first.EncodeUtf8();
+        chunk.rest.EncodeUtf8();
+    }
+    text.leading.EncodeUtf8();
+    text.trailing.EncodeUtf8();
 }
 
 class TextPreparation {
@@ -77,8 +91,8 @@ public:
             text.chunks.push_back(CutAtFirstLineEnd(part.text));
         }
         if (commands_[bodyBegin_].subkind != cmd_declare_pattern_macro) return text;  // a script writes no text
-        if (bodyBegin_ > 0 && IsText(0)) AppendWithCrLf(text.leading, texts_.front().text);
-        AppendWithCrLf(text.trailing, TrimInvisibleEnd(TextBehindTheBody()));
+        if (bodyBegin_ > 0 && IsText(0)) text.leading = WithCrLf(texts_.front().text);
+        text.trailing = WithCrLf(TrimInvisibleEnd(TextBehindTheBody()));
         return text;
     }
 
@@ -130,7 +144,9 @@ MacroText PrepareText(const CompiledScript& script, bool outermost) {
     } else {
         preparation.RemoveLastLineEnd();
     }
-    return preparation.Finish();
+    MacroText text = preparation.Finish();
+    if (script.list.utf8Source) EncodeUtf8(text);
+    return text;
 }
 
 }  // namespace

@@ -31,11 +31,15 @@ struct TextChunk {
 struct MacroText {
     std::vector<TextChunk> chunks;  // one for each text command
     std::vector<int> chunkOf;       // by command index; -1 for other commands than text
-    std::string leading;            // text in front of the header, as it is written
-    std::string trailing;           // text behind the macro block, as it is written
+    PreparedText leading;           // text in front of the header, as it is written
+    PreparedText trailing;          // text behind the macro block, as it is written
 };
 
-using FragmentCache = std::unordered_map<std::string, std::shared_ptr<const CommandList>>;
+struct CompiledFragment {
+    std::shared_ptr<const CommandList> list;
+    bool atLineStart = false;  // as its compilation leaves the scanner
+};
+using FragmentCache = std::unordered_map<std::string, CompiledFragment>;
 
 class CompiledScript {
 public:

@@ -46,11 +46,22 @@ PreparedText::PreparedText(std::string whole) : text(std::move(whole)) {
     hasInk = !IsAllInvisible(std::string_view(text).substr(lineEnd + 1));  // npos + 1 is 0
 }
 
+void PreparedText::EncodeUtf8() {
+    text = EncodeFolded(text);
+    if (lineStart != std::string::npos) lineStart = text.rfind('\n') + 1;
+}
+
 void OutputText::Append(std::string_view text) {
     const std::size_t lineEnd = text.rfind('\n');
-    const bool hasLineEnd = lineEnd != std::string_view::npos;
-    const bool hasInk = (hasInk_ && !hasLineEnd) || !IsAllInvisible(text.substr(lineEnd + 1));
-    Append(text, hasLineEnd ? lineEnd + 1 : std::string::npos, hasInk);
+    const bool hasInk = !IsAllInvisible(text.substr(lineEnd + 1));
+    Append(text, lineEnd == std::string_view::npos ? lineEnd : lineEnd + 1, hasInk);
+}
+
+void OutputText::AppendOutput(std::string_view text) {
+    const std::size_t lineEnd = text.rfind('\n');
+    bool isUtf8 = false;
+    const bool hasInk = !IsAllInvisible(FoldUtf8(text.substr(lineEnd + 1), isUtf8));
+    Append(text, lineEnd == std::string_view::npos ? lineEnd : lineEnd + 1, hasInk);
 }
 
 void OutputText::Append(OutputText&& other) {

@@ -13,6 +13,8 @@ constexpr std::size_t kLongestText = 2147483647;  // positions in a text are 32-
 struct PreparedText {
     PreparedText() = default;
     explicit PreparedText(std::string whole);
+    // Puts the special letters into their two-byte form. They are ink as before.
+    void EncodeUtf8();
 
     std::string text;
     std::size_t lineStart = std::string::npos;  // behind the last LF; npos without one
@@ -29,6 +31,8 @@ public:
     void Append(const PreparedText& prepared) { Append(prepared.text, prepared.lineStart, prepared.hasInk); }
     // Cost: the appended text, or nothing as long as there is none here.
     void Append(OutputText&& other);
+    // What another output has written, changed since; special letters stand there in either form.
+    void AppendOutput(std::string_view text);
     // A value: LF as CR LF, its own CRs dropped.
     void AppendValue(std::string_view value);
     // Is there no visible byte behind the last LF?

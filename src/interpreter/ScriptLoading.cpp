@@ -38,12 +38,6 @@ bool ReportPathFault(std::string_view path, const FileState& state) {
     return Report(ERR_EXEC_SCRIPT_FILE_1, context);
 }
 
-bool ReportFatal(const std::string& reason) {
-    MessageContext context;
-    context.Set(ERRSTR_FATAL_REASON, reason);
-    return Report(ERR_EXEC_ENVIRON_FATAL_1, context);
-}
-
 // A file that opens but cannot be read is left to the compiler, which says so.
 bool FindOutIfEmpty(std::string_view path, bool& isEmpty) {
     std::unique_ptr<FileReader> reader;
@@ -142,7 +136,7 @@ bool CheckMainScriptPath(std::string_view path, std::string& absolutePath) {
     }
     absolutePath = NormalizePath(path);
     if (!MakeAbsolutePath(absolutePath, MessageContext())) {
-        return ReportFatal("MakeAbsolutePath(" + absolutePath + ")");
+        return ReportFatal("MakeAbsolutePath(" + absolutePath + ")", MessageContext());
     }
     FileState state;
     const bool exists = CheckFile(absolutePath, state);

@@ -208,6 +208,13 @@ std::string PositionMark(std::string_view line, int column) {
     return mark + "^";
 }
 
+bool ReportFatal(std::string_view reason, const MessageContext& context) {
+    if (context.entityName.empty()) return Report(ERR_EXEC_ENVIRON_FATAL_1, reason);
+    MessageContext filled = context;
+    filled.Set(ERRSTR_FATAL_REASON, reason);
+    return Report(ERR_EXEC_ENVIRON_FATAL_1, filled);
+}
+
 bool HasMessages() {
     return Process().warningCount != 0 || Process().errorCount != 0;
 }

@@ -73,6 +73,8 @@ bool Report(int id, const Context& context) {
 inline bool Report(int id, const char* reason) {
     return Report(id, std::string_view(reason));
 }
+// Reports what the system refused, at the place of `context` if it has one; false.
+bool ReportFatal(std::string_view reason, const MessageContext& context);
 
 // Header ("ERROR: " or "WARNING: " and the identifier; sets ERRSTR_ISWARNING) and text with the parameters' present
 // values.

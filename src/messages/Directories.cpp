@@ -9,12 +9,6 @@
 namespace kvl {
 namespace {
 
-bool ReportFatal(const std::string& reason, const MessageContext& context) {
-    MessageContext filled = context;
-    filled.Set(ERRSTR_FATAL_REASON, reason);
-    return Report(ERR_EXEC_ENVIRON_FATAL_1, filled);
-}
-
 bool ReportInvalidDirectory(std::string_view path, char character, const MessageContext& context) {
     MessageContext filled = context;
     filled.Set(ERRSTR_PATH, PathPart(path, PathMode::Display));

@@ -100,9 +100,7 @@ bool ReportCreateFailure(std::string_view path, int errorNumber, const MessageCo
         return ReportFileError(ERR_EXEC_SCRIPT_FILE_3, path, context);
     }
     if (errorNumber == EACCES) return ReportFileError(ERR_EXEC_SCRIPT_FILE_10, path, context);
-    MessageContext filled = context;
-    filled.Set(ERRSTR_FATAL_REASON, std::string(path) + ", " + ErrorText(errorNumber));
-    return Report(ERR_EXEC_ENVIRON_FATAL_1, filled);
+    return ReportFatal(std::string(path) + ", " + ErrorText(errorNumber), context);
 }
 
 }  // namespace kvl

@@ -87,6 +87,19 @@ std::string FoldUtf8(std::string_view text, bool& utf8) {
     return result;
 }
 
+std::string EncodeFolded(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (const char c : text) {
+        if (IsSpecialLetter(c)) {
+            AppendEncoded(result, c);
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
 void EncodeSpecialLetters(std::string& text, std::size_t from) {
     std::size_t found = FindLoneLetter(text, from);
     if (found == std::string::npos) return;

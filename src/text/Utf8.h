@@ -11,6 +11,9 @@ namespace kvl {
 // text.
 std::string FoldUtf8(std::string_view text, bool& utf8);
 
+// Puts every special letter into its two-byte form: for text in which each such byte is a letter.
+std::string EncodeFolded(std::string_view text);
+
 // Puts each special letter that stands alone in `text` from `from` on into its two-byte form; bytes that are part of a
 // well-formed UTF-8 sequence stay. Linear in what lies behind `from`.
 void EncodeSpecialLetters(std::string& text, std::size_t from);

@@ -10,12 +10,12 @@ namespace {
 // The prepared text with its line ends spelled out: leading text, each text command (first part, "|" for its line end,
 // the rest), trailing text.
 std::string DumpText(const MacroText& text) {
-    std::string dump = text.leading;
+    std::string dump = text.leading.text;
     for (const TextChunk& chunk : text.chunks) {
         if (chunk.first.text.empty() && !chunk.hasLineEnd) continue;
         dump += "<" + chunk.first.text + (chunk.hasLineEnd ? "|" : "") + chunk.rest.text + ">";
     }
-    dump += text.trailing;
+    dump += text.trailing.text;
     return ReplaceAll(ReplaceAll(dump, "\r", "\\r"), "\n", "\\n");
 }
 
@@ -37,8 +37,8 @@ TEST_F(LoadingTest, ScriptHasNoTextAroundItsMacro) {
         Compile("x$BEGIN KVL VERSION=\"1.0.0\"$$BEGIN SCRIPT S()$a$END SCRIPT S()$x$END KVL VERSION=\"1.0.0\"$x",
                 kEntityMacroScript);
     ASSERT_TRUE(schema && CheckBlocks(*schema)) << outside.console.output;
-    EXPECT_EQ(schema->script->TextFor(true).leading, "");
-    EXPECT_EQ(schema->script->TextFor(true).trailing, "");
+    EXPECT_EQ(schema->script->TextFor(true).leading.text, "");
+    EXPECT_EQ(schema->script->TextFor(true).trailing.text, "");
 }
 
 }  // namespace
