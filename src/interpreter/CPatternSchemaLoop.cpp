@@ -58,7 +58,7 @@ void CPatternSchemaLoop::StoreBack() {
     StoreCopy(first);
     if (!second.list) return;
     if (!IsSecondFresh() || second.list->recordDirty) StoreCopy(second);
-    second.list->MarkDirty(false);
+    if (mode_ != cmd_loop_mode_double_read) second.list->MarkDirty(false);
 }
 
 }  // namespace kvl

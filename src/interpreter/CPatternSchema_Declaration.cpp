@@ -23,10 +23,15 @@ void SetDefaultValue(CVariable& variable) {
 
 }  // namespace
 
+// Categories are parts of types: as the type of a variable their names can only be those of declared ones.
+bool CPatternSchema::MustBeDeclared(int typeId, std::string_view typeName) const {
+    return IsCategoryType(typeId) || (typeId == kTypeUnknown && FindDeclaredType(typeName));
+}
+
 CVariable* CPatternSchema::DeclareVariable(std::string_view name, std::string_view typeName, int listMark) {
     if (listMark == kCategoryList) return DeclareList(name, typeName);
     const int typeId = FindTypeId(typeName);
-    if (typeId == kTypeUnknown && FindDeclaredType(typeName)) {
+    if (MustBeDeclared(typeId, typeName)) {
         return CreateInstanceOfLoadedType(name, typeName, false) ? variableTable.Find(name) : nullptr;
     }
     const bool mayBeHere = entityKind == kEntityMainScript || name.find(':') != std::string_view::npos;
@@ -40,7 +45,7 @@ CVariable* CPatternSchema::DeclareVariable(std::string_view name, std::string_vi
 // The list is an instance of a type of one column, whose declaration is written and compiled for it.
 CVariable* CPatternSchema::DeclareList(std::string_view name, std::string_view typeName) {
     const int typeId = FindTypeId(typeName);
-    if (typeId == kTypeUnknown && FindDeclaredType(typeName)) {
+    if (MustBeDeclared(typeId, typeName)) {
         return CreateInstanceOfLoadedType(name, typeName, true) ? variableTable.Find(name) : nullptr;
     }
     const bool cannotBeEntered = typeId == kTypeUnknown || name.starts_with(':') || variableTable.Find(name);

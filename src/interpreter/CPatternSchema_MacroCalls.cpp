@@ -33,10 +33,13 @@ Callee FindCallee(std::string_view name) {
     return {macros.Find(method), name.substr(0, colon), method};
 }
 
-// The compiled schema of a script or pattern; null for any other variable, and while nothing has been loaded into it.
-const CPatternSchema* MacroSchemaOf(const CVariable& variable) {
-    if (variable.typeId != kTypeScript && variable.typeId != kTypePattern) return nullptr;
-    return dynamic_cast<const CPatternSchema*>(static_cast<const CVariableKVLMacro&>(variable).macroSchema.get());
+bool IsMacro(const CVariable* variable) {
+    return variable && (variable->typeId == kTypeScript || variable->typeId == kTypePattern);
+}
+
+// The compiled schema of a script or pattern; null while nothing has been loaded into it.
+std::shared_ptr<const CPatternSchema> MacroSchemaOf(const CVariable& macro) {
+    return std::dynamic_pointer_cast<const CPatternSchema>(static_cast<const CVariableKVLMacro&>(macro).macroSchema);
 }
 
 std::string_view LastPart(std::string_view label) {
@@ -82,22 +85,22 @@ void AppendWithoutMarks(OutputText& output, OutputText&& body) {
     output.AppendOutput(ReplaceAll(ReplaceAll(body.Text(), mark + "\r\n", ""), mark, ""));
 }
 
-// `macro` is the variable that holds the schema.
-bool RunMacro(CPatternSchema& caller, const CVariable& macro, const CPatternSchema& schema,
-              const std::vector<ActualArgument>& arguments, std::string_view commandText, OutputText& output,
-              RunContext& run) {
+bool RunMacro(CPatternSchema& caller, const CVariable& macro, const std::vector<ActualArgument>& arguments,
+              std::string_view commandText, OutputText& output, RunContext& run) {
     if (Process().macroDepth >= kDeepestMacroCall) {
         return caller.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, kNestedTooDeep);
     }
     if (!caller.MayNest()) return false;
     const DepthCount counted;
     TraceCall("Call   ", commandText);
+    const std::shared_ptr<const CPatternSchema> schema = MacroSchemaOf(macro);  // kept, should an argument load another
     MacroFrame frame;
     frame.macroName = LastPart(macro.label);
     frame.caller = &caller;
     frame.callerLine = caller.currentLine;
     if (!caller.EvaluateArguments(arguments, frame.actualArguments, run)) return false;
-    MacroRun call(schema, frame, run);
+    if (!schema) return Report(ERR_DECL_PATTERN_HEADER_1, caller.GetMessageContext());  // as any text without one
+    MacroRun call(*schema, frame, run);
     if (!call.Run(output)) return false;
     TraceCall("Return ", call.Script().macroDeclarationText);
     return true;
@@ -111,9 +114,8 @@ bool CPatternSchema::ExecuteMacroCall(std::string_view macroName, const std::vec
     const Callee callee = FindCallee(macroName);
     const bool isBuiltIn = callee.variable && callee.variable->typeId == kTypeStatic;
     if (!isBuiltIn) {
-        const CPatternSchema* schema = callee.variable ? MacroSchemaOf(*callee.variable) : nullptr;
-        if (!schema) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, macroName);
-        return RunMacro(*this, *callee.variable, *schema, arguments, commandText, output, run);
+        if (!IsMacro(callee.variable)) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, macroName);
+        return RunMacro(*this, *callee.variable, arguments, commandText, output, run);
     }
 
     const int identifier = static_cast<const CVariableKVLStaticMacro&>(*callee.variable).macroCommand;
