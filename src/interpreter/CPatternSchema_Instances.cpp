@@ -107,8 +107,8 @@ void CPatternSchema::RemoveElements(const CVariable& holder, const CTypeSchema& 
     }
 }
 
-// Only an unnamed list takes the place of another element: its label is its row, which two instances may share. No
-// script can name it.
+// An element takes the place of a variable of its type that was there before. Among elements only unnamed lists can meet:
+// the label of one is its row, which two instances may share, and no script can name it.
 void CPatternSchema::EnterElements(CTypeSchema& instance, int first, int last) {
     for (int row = 0; row < static_cast<int>(instance.elements.size()); ++row) {
         const ElementEntry& entry = instance.elements[static_cast<std::size_t>(row)];
@@ -120,7 +120,7 @@ void CPatternSchema::EnterElements(CTypeSchema& instance, int first, int last) {
         variable.entered = true;
         if (variableTable.InsertBorrowed(&variable)) continue;
         const CVariable* present = variableTable.Find(variable.label);
-        const bool replaces = present->elementOf && !variable.rangeText.empty() && present->typeId == variable.typeId;
+        const bool replaces = !variable.rangeText.empty() && present->typeId == variable.typeId;
         if (replaces && present != &variable) variableTable.ReplaceBorrowed(&variable);
     }
 }

@@ -1,6 +1,7 @@
 #include "typeschema/InputParser.h"
 
 #include "messages/Log.h"
+#include "text/ProcessState.h"
 #include "typeschema/CTypeSchema.h"
 #include "typeschema/FastParser.h"
 #include "typeschema/PlainParser.h"
@@ -21,10 +22,12 @@ void DropValues(CTypeSchema& schema, int cursor) {
 
 bool ParseInput(CTypeSchema& schema) {
     const int start = schema.input.GetCursor();
+    const int errorsBefore = Process().errorCount;
     if (LogIsOpen()) {
         PlainParser parser(schema);
         const bool matched = parser.Parse();
-        if (!parser.IsAbandoned()) return matched;
+        const bool hasReported = Process().errorCount != errorsBefore;
+        if (!parser.IsAbandoned() || hasReported) return matched;
         DropValues(schema, start);
     }
     return FastParser(schema).Parse();

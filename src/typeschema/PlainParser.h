@@ -18,7 +18,7 @@ class PlainParser {
 public:
     explicit PlainParser(CTypeSchema& schema);
     [[nodiscard]] bool Parse();
-    // The log closed itself under the parse: nothing was reported, and what was read is to be dropped.
+    // The log closed itself under the parse. From then on nothing is reported, and what was read is to be dropped.
     bool IsAbandoned() const { return abandoned_; }
 
 private:

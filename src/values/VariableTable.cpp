@@ -147,7 +147,6 @@ bool VariableTable::InsertBorrowed(CVariable* variable, std::string_view label) 
 void VariableTable::ReplaceBorrowed(CVariable* variable, std::string_view label) {
     if (const Row row = FindRow(label); row != kNoRow) {
         entries_[row].variable = variable;
-        entries_[row].owned.reset();
     } else {
         Put(variable, label, nullptr);
     }

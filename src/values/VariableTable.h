@@ -54,7 +54,8 @@ public:
     // The same for a variable owned elsewhere, under its label or under another one.
     bool InsertBorrowed(CVariable* variable) { return InsertBorrowed(variable, variable->label); }
     bool InsertBorrowed(CVariable* variable, std::string_view label);
-    // Puts a variable owned elsewhere in the place of the one with that label; an owned one goes.
+    // Puts a variable owned elsewhere in the place of the one with that label. An owned one is seen no more; the command
+    // that runs may still use it, so it lives as long as its row.
     void ReplaceBorrowed(CVariable* variable) { ReplaceBorrowed(variable, variable->label); }
     void ReplaceBorrowed(CVariable* variable, std::string_view label);
     // Takes a variable out, under the label that it was entered by. An owned one is destroyed.

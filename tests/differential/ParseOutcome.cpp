@@ -120,6 +120,7 @@ std::optional<std::string> ParseComparison::LiteralOutcome(std::string_view inpu
 void ParseComparison::StartLog(LogMode mode) {
     outside_.memory.Put(kLogPath, "");
     if (mode == LogMode::Open && !OpenLog(kLogPath)) std::abort();
+    Process().logWriteCount = kLogWriteLimit - logRoom_;
     TakeMessages();
 }
 

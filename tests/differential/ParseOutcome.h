@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "messages/Log.h"
 #include "support/TestPlatform.h"
 #include "typeschema/CTypeSchema.h"
 
@@ -31,6 +32,9 @@ public:
     // By the literal parser, which always writes a log; nothing if it takes more than `stepBudget` steps.
     std::optional<std::string> LiteralOutcome(std::string_view input, long stepBudget);
 
+    // A log closes itself after so many writes more.
+    void SetLogRoom(int writes) { logRoom_ = writes; }
+
     // The log of the last parse, with the messages in their places; empty if none was open.
     const std::string& LogText() const { return log_; }
 
@@ -44,6 +48,7 @@ private:
     std::shared_ptr<CTypeSchema> declaration_;
     std::unique_ptr<CTypeSchema> instance_;
     std::string log_;
+    int logRoom_ = kLogWriteLimit;
 };
 
 // Printable bytes as they are, all others and the backslash as "\xHH".
