@@ -1,6 +1,7 @@
 #include "platform/AtomicFile.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -47,6 +48,8 @@ public:
 
     int Reserve(std::size_t byteCount) {
         if (!isRegular_ || byteCount == 0) return 0;
+        rlimit limit{};  // of which room beyond the file's present end takes no notice
+        if (getrlimit(RLIMIT_FSIZE, &limit) == 0 && byteCount > limit.rlim_cur) return EFBIG;
         if (fallocate(file_.Number(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(byteCount)) == 0) return 0;
         return errno == ENOSPC || errno == EDQUOT || errno == EFBIG ? errno : 0;
     }

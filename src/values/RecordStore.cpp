@@ -63,15 +63,6 @@ void RecordStore::Erase(Position first, Position last) {
     std::erase_if(chunks_, [](const auto& chunk) { return chunk->records.empty(); });
 }
 
-std::vector<RecordStore::Entry> RecordStore::Take(Position first, Position last) {
-    std::vector<Entry> taken;
-    for (Position position = first; position != last; position = Next(position)) {
-        taken.push_back({RecordPath(PathAt(position)), std::move(At(position))});
-    }
-    Erase(first, last);
-    return taken;
-}
-
 void RecordStore::Truncate(std::size_t count) {
     while (count > 0 && !chunks_.empty()) {
         Chunk& chunk = *chunks_.back();

@@ -58,12 +58,6 @@ public:
     // Adds a record in its place. An existing path keeps its record (`inserted` false), and `record` is left as it is.
     Record& Insert(PathView path, Record&& record, bool& inserted);
     void Erase(Position first, Position last);
-    // Moves the records from `first` to `last` out, with their paths, and erases them.
-    struct Entry {
-        RecordPath path;
-        Record record;
-    };
-    std::vector<Entry> Take(Position first, Position last);
     // Takes off the last `count` records.
     void Truncate(std::size_t count);
     void Clear();

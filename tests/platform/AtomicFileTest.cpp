@@ -144,11 +144,14 @@ TEST_F(AtomicFileTest, DirectoryThatTakesNoNewFile) {
 
 TEST_F(AtomicFileTest, FailedWriteLeavesTheOldFile) {
     Put("a", "old");
+    Put("linked", "old");  // is written in place
+    ASSERT_EQ(link(Path("linked").c_str(), Path("link").c_str()), 0);
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     const rlimit small{100000, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
     const int atWrite = Replace(Path("a"), std::string(300000, 'x'));
+    const int inPlace = Replace(Path("linked"), std::string(300000, 'x'));
     std::unique_ptr<FileWriter> writer;
     int atCommit = SystemFiles().OpenWriter(Path("a"), WriteMode::Replace, writer);
     for (int i = 0; i < 3 && atCommit == 0; ++i)
@@ -156,11 +159,13 @@ TEST_F(AtomicFileTest, FailedWriteLeavesTheOldFile) {
     if (atCommit == 0) atCommit = writer->Commit();
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
     EXPECT_EQ(atWrite, EFBIG);
+    EXPECT_EQ(inPlace, EFBIG);
+    EXPECT_EQ(Get("linked"), "old");
     EXPECT_EQ(atCommit, EFBIG);
     EXPECT_EQ(writer->Commit(), EFBIG);
     EXPECT_EQ(Get("a"), "old");
     writer.reset();
-    EXPECT_EQ(Entries(), Names{"a"});
+    EXPECT_EQ(Entries(), (Names{"a", "link", "linked"}));
 }
 
 TEST_F(AtomicFileTest, OnlyUnlockedLeftoversAreRemoved) {
