@@ -56,26 +56,18 @@ TEST(FileCopies, StopNothing) {
     EXPECT_FALSE(run.Shows("Created Successfully. "));
 }
 
-TEST(FileCopies, OfMissingFilesMakeNoDirectory) {
-    FileScript run;
-    EXPECT_TRUE(run.Execute("$D:FILE(\"new/b.txt\") = D:FILE(\"none.txt\")$"));
-    EXPECT_FALSE(run.outside.memory.Has("new"));
-}
-
-struct FailingRow {
-    FileOperation operation;
-    int error;
-    const char* faults;
-};
-
 TEST(FileWrites, ThatFailLeaveTheOldFile) {
-    constexpr FailingRow kRows[] = {
+    constexpr struct {
+        FileOperation operation;
+        int error;
+        const char* faults;
+    } kRows[] = {
         {FileOperation::OpenWriter, EACCES, "ERR_EXEC_SCRIPT_FILE_10 3"},
         {FileOperation::OpenWriter, EROFS, "ERR_EXEC_ENVIRON_FATAL_1 3"},
         {FileOperation::Write, ENOSPC, "ERR_EXEC_SCRIPT_FILE_12 3"},
         {FileOperation::Commit, EIO, "ERR_EXEC_SCRIPT_FILE_12 3"},
     };
-    for (const FailingRow& row : kRows) {
+    for (const auto& row : kRows) {
         FileScript run;
         run.outside.files.FailAt(row.operation, 1, row.error);
         EXPECT_FALSE(run.Execute("$S ::STREAM = \"new\"$$D:FILE(\"a.txt\") = S$"));
@@ -91,24 +83,6 @@ TEST(FileReads, ThatFailLeaveTheStream) {
     EXPECT_FALSE(run.Execute("$S ::STREAM = \"before\"$$S = D:FILE(\"a.txt\")$"));
     EXPECT_EQ(run.faults, "ERR_EXEC_SCRIPT_FILE_11 3");
     EXPECT_EQ(run.ValueOf("S"), "before");
-}
-
-TEST(FileReads, WarnOfSeveralHitsAndTakeTheFirst) {
-    FileScript run;
-    EXPECT_TRUE(run.Execute("$S ::STREAM$$S = W:FILE(\"a.txt\")$"));
-    EXPECT_EQ(run.ValueOf("S"), "first");
-    EXPECT_TRUE(
-        run.Shows("WARNING: WARN_EXEC_SCRIPT_FILE_2\nFile a.txt exists more then once within search path "
-                  "/home/one/;/home/two/\nTake file /home/one/a.txt\nbut not /home/two/a.txt"))
-        << run.outside.console.output;
-}
-
-TEST(FileReport, AFileBehindAStreamIsNoStreamAnyMore) {
-    FileScript run;
-    EXPECT_TRUE(
-        run.Execute(kPersonType + "$S ::STREAM = \"bob rome\"$$A ::PERSON = S$$B ::PERSON = D:FILE(\"data.txt\")$"));
-    EXPECT_TRUE(run.outside.console.output.ends_with(
-        "Data File Parsed Successfully. \n\nCreate Variable B::PERSON From data.txt\n"));
 }
 
 TEST(FileReport, LogGetsTheElementsOfATypeFromAStream) {

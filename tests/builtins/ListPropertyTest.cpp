@@ -17,32 +17,10 @@ constexpr int kScripts = 3000;
 constexpr int kStepsPerScript = 400;  // longer ones, those without end among them, are left out
 constexpr std::size_t kRecordsPerScript = 300;
 
-struct Op {
-    enum Kind {
-        kLoop,
-        kIf,
-        kShow,
-        kSeparator,
-        kSet,
-        kAdd,
-        kTake,
-        kAssign,
-        kFromInstance,
-        kToInstance,
-        kEmpty,
-        kReverse,
-        kSort,
-        kUnify,
-    } kind = kLoop;
-    List* list = nullptr;
-    std::size_t column = 0;
-    List* other = nullptr;
-    std::size_t otherColumn = 0;
-    Mode mode = Mode::Single;
+// A command, or several: as text, and as what it does to the plain lists. That is false when it takes too long.
+struct Step {
     std::string text;
-    std::vector<Op> body;
-
-    const List::Column& Column() const { return list->columns[column]; }
+    std::function<bool()> run;
 };
 
 // A script on these lists, and what it must come to.
@@ -50,21 +28,25 @@ class Script : public ListWorld {
 public:
     explicit Script(unsigned seed) : ListWorld(seed) {
         program_ = MakeBody(0, 5);
-        isShort_ = RunAll(program_);
+        isShort_ = program_.run();
     }
+    Script(const Script&) = delete;  // the steps hold the script
+    Script& operator=(const Script&) = delete;
 
     bool IsShort() const { return isShort_; }
     const std::string& Output() const { return output_; }
-    std::string Text() const { return Declarations() + RenderAll(program_); }
+    std::string Text() const { return Declarations() + program_.text; }
 
 private:
-    // --- the program ---
+    // A column of texts or numbers.
+    struct Place {
+        List* list = nullptr;
+        std::size_t column = 0;
 
-    bool IsLooped(const List* list) const {
-        for (const List* looped : looped_)
-            if (looped == list) return true;
-        return false;
-    }
+        const List::Column& Column() const { return list->columns[column]; }
+    };
+
+    bool IsLooped(const List* list) const { return std::find(looped_.begin(), looped_.end(), list) != looped_.end(); }
 
     List* ChooseList(const std::function<bool(List&)>& fits) {
         std::vector<List*> candidates;
@@ -76,141 +58,35 @@ private:
     List* ChooseReachable() {
         return ChooseList([this](List& list) { return !list.parent || IsLooped(list.parent); });
     }
-    bool ChooseColumn(Op& op) {
-        op.list = ChooseList([this](List& list) { return IsLooped(&list); });
-        return op.list && ChooseText(*op.list, op.column);
-    }
-    bool ChooseText(const List& list, std::size_t& column) {
+    Place ChoosePlace(List* list) {
+        Place place{list};
         do {
-            column = static_cast<std::size_t>(Below(static_cast<int>(list.columns.size())));
-        } while (list.columns[column].nested);
-        return true;
+            place.column = static_cast<std::size_t>(Below(static_cast<int>(list->columns.size())));
+        } while (place.Column().nested);
+        return place;
+    }
+    // No list where no loop runs.
+    Place ChooseLoopedPlace() {
+        List* list = ChooseList([this](List& each) { return IsLooped(&each); });
+        return list ? ChoosePlace(list) : Place();
     }
 
-    std::vector<Op> MakeBody(int depth, int count) {
-        std::vector<Op> ops;
+    Step MakeBody(int depth, int count) {
+        std::vector<std::function<bool()>> runs;
+        Step body;
         for (int i = 0; i < count; ++i) {
-            Op op;
-            op.kind = static_cast<Op::Kind>(Below(Op::kUnify + 1));
-            if (depth == 0 && Below(2) == 0) op.kind = Op::kLoop;
-            if (Complete(op, depth)) ops.push_back(std::move(op));
+            const Step step = depth == 0 && Below(2) == 0 ? MakeLoop(depth) : MakeStep(Below(14), depth);
+            if (!step.run) continue;
+            body.text += step.text + "\n";
+            runs.push_back(step.run);
         }
-        return ops;
+        body.run = [this, runs] {
+            return std::all_of(runs.begin(), runs.end(),
+                               [this](const auto& run) { return ++steps_ <= kStepsPerScript && run() && !HasMany(); });
+        };
+        return body;
     }
 
-    // False where the lists in reach allow no such operation.
-    bool Complete(Op& op, int depth) {
-        switch (op.kind) {
-            case Op::kLoop:
-                return depth < 4 && CompleteLoop(op, depth);
-            case Op::kIf:
-                if (depth >= 4 || !ChooseColumn(op) || op.Column().isNumber) return false;
-                op.text = Choice(kWords);
-                op.body = MakeBody(depth + 1, 1 + Below(2));
-                return true;
-            case Op::kShow:
-                return ChooseColumn(op);
-            case Op::kSeparator:
-                return depth > 0;
-            case Op::kSet:
-            case Op::kAdd:
-                op.list = ChooseList([this](List& list) { return IsLooped(&list) || Below(8) == 0; });
-                if (!op.list) return false;
-                ChooseText(*op.list, op.column);
-                op.text = op.Column().isNumber ? Choice(kNumbers) : Choice(kWords);
-                return true;
-            case Op::kTake: {
-                Op from = op;
-                if (!ChooseColumn(from) || !ChooseColumn(op)) return false;
-                op.other = from.list;
-                op.otherColumn = from.column;
-                return op.Column().isNumber == from.Column().isNumber;
-            }
-            case Op::kAssign:
-                op.list = ChooseList([](List&) { return true; });
-                op.other = ChooseList([&](List& list) { return literal::SameShape(*op.list, list); });
-                return true;
-            case Op::kFromInstance:
-            case Op::kToInstance:
-                op.list = ChooseList([](List& list) { return list.columns.size() == 4; });
-                return true;
-            case Op::kEmpty:
-                if (Below(3) != 0) return false;
-                [[fallthrough]];
-            case Op::kReverse:
-                op.list = ChooseReachable();
-                return true;
-            case Op::kSort:
-            case Op::kUnify:
-                op.list = ChooseReachable();
-                return ChooseText(*op.list, op.column);
-        }
-        return false;
-    }
-
-    bool CompleteLoop(Op& op, int depth) {
-        op.list = ChooseReachable();
-        op.mode = static_cast<Mode>(Below(4));
-        looped_.push_back(op.list);
-        op.other = op.mode == Mode::Single ? nullptr : ChooseReachable();
-        if (op.other) looped_.push_back(op.other);
-        if (op.other != op.list) op.body = MakeBody(depth + 1, 1 + Below(4));
-        looped_.resize(looped_.size() - (op.other ? 2 : 1));
-        return op.other != op.list;
-    }
-
-    // --- as text ---
-
-    static std::string RenderAll(const std::vector<Op>& ops) {
-        std::string text;
-        for (const Op& op : ops)
-            text += Render(op) + "\n";
-        return text;
-    }
-    static std::string Block(const std::string& head, const std::vector<Op>& body) {
-        return "$BEGIN " + head + "$\n" + RenderAll(body) + "$END " + head + "$";
-    }
-    static std::string Literal(const Op& op) { return op.Column().isNumber ? op.text : "\"" + op.text + "\""; }
-
-    static std::string Render(const Op& op) {
-        constexpr const char* kModes[] = {"", ", ", " CHANGE ", " EXTEND "};
-        constexpr const char* kMacros[] = {"EMPTY", "REVERSE", "SORT", "UNIFY"};
-        const std::string list = op.list ? op.list->label : "";
-        const std::string column = op.kind != Op::kSeparator ? op.Column().label : "";
-        const std::string other = op.other ? op.other->label : "";
-        switch (op.kind) {
-            case Op::kLoop:
-                return Block("ALL " + list + kModes[static_cast<int>(op.mode)] + other, op.body);
-            case Op::kIf:
-                return Block("IF " + column + " == " + Literal(op), op.body);
-            case Op::kShow:
-                return "$" + column + "$";
-            case Op::kSeparator:
-                return "$BEGIN SEPARATOR$$COMMA$$END SEPARATOR$";
-            case Op::kSet:
-            case Op::kAdd:
-                return "$" + column + (op.kind == Op::kSet ? " = " : " += ") + Literal(op) + "$";
-            case Op::kTake:
-                return "$" + column + " = " + op.other->columns[op.otherColumn].label + "$";
-            case Op::kAssign:
-                return "$" + list + " = " + other + "$";
-            case Op::kFromInstance:
-                return "$" + list + " = I$";
-            case Op::kToInstance:
-                return "$I = " + list + "$";
-            default:
-                return std::string("$KVL:LIST:") + kMacros[op.kind - Op::kEmpty] + "(" + list +
-                       (op.kind >= Op::kSort ? ", " + column : "") + ")$";
-        }
-    }
-
-    // --- on the plain lists ---
-
-    bool RunAll(const std::vector<Op>& ops) {
-        for (const Op& op : ops)
-            if (++steps_ > kStepsPerScript || !Run(op) || HasMany()) return false;
-        return true;
-    }
     bool HasMany() const {
         std::size_t count = 0;
         for (const List& list : lists_)
@@ -218,77 +94,149 @@ private:
         return count > kRecordsPerScript;
     }
 
-    bool Run(const Op& op);
+    // Nothing to run where the lists in reach allow no such command.
+    Step MakeStep(int kind, int depth) {
+        switch (kind) {
+            case 0:
+                return MakeLoop(depth);
+            case 1:
+                return MakeCondition(depth);
+            case 2:
+                return MakeShow();
+            case 3:
+                if (depth == 0) return {};
+                return {"$BEGIN SEPARATOR$$COMMA$$END SEPARATOR$", [this] {
+                            const Loop& loop = model_.loops.back();
+                            if (!loop.first.last && !loop.second.last) output_ += ",";
+                            return true;
+                        }};
+            case 4:
+            case 5:
+                return MakeWrite(kind == 5);
+            case 6:
+                return MakeTake();
+            case 7:
+            case 8:
+            case 9:
+                return MakeAssignment(kind);
+            default:
+                return kind == 10 && Below(3) != 0 ? Step() : MakeMacro(kind - 10);
+        }
+    }
+
+    Step MakeLoop(int depth) {
+        constexpr const char* kModes[] = {"", ", ", " CHANGE ", " EXTEND "};
+        if (depth >= 4) return {};
+        List* first = ChooseReachable();
+        const auto mode = static_cast<Mode>(Below(4));
+        looped_.push_back(first);
+        List* second = mode == Mode::Single ? nullptr : ChooseReachable();
+        looped_.push_back(second);
+        const Step body = second != first ? MakeBody(depth + 1, 1 + Below(4)) : Step();
+        looped_.resize(looped_.size() - 2);
+        if (second == first) return {};
+        const std::string head = "ALL " + first->label + kModes[static_cast<int>(mode)] + (second ? second->label : "");
+        return {Block(head, body), [=, this] {
+                    Loop& loop = model_.loops.emplace_back(Loop{mode, {first, {}, {}}, {second, {}, {}}});
+                    for (bool more = model_.First(loop); more; more = model_.Next(loop)) {
+                        if (!body.run()) return false;
+                        model_.StoreBack(loop);
+                    }
+                    model_.loops.pop_back();
+                    return true;
+                }};
+    }
+
+    Step MakeCondition(int depth) {
+        const Place at = ChooseLoopedPlace();
+        if (depth >= 4 || !at.list || at.Column().isNumber) return {};
+        const std::string text = Choice(kWords);
+        const Step body = MakeBody(depth + 1, 1 + Below(2));
+        return {Block("IF " + at.Column().label + " == " + Literal(at, text), body),
+                [=, this] { return model_.Read(*at.list, at.column) != text || body.run(); }};
+    }
+
+    Step MakeShow() {
+        const Place at = ChooseLoopedPlace();
+        if (!at.list) return {};
+        return {"$" + at.Column().label + "$", [=, this] {
+                    const std::string& text = model_.Read(*at.list, at.column);
+                    output_ += at.Column().isNumber && text.empty() ? "0" : text;
+                    return true;
+                }};
+    }
+
+    Step MakeWrite(bool adds) {
+        List* list = ChooseList([this](List& each) { return IsLooped(&each) || Below(8) == 0; });
+        if (!list) return {};
+        const Place to = ChoosePlace(list);
+        const bool isNumber = to.Column().isNumber;
+        const std::string text = isNumber ? Choice(kNumbers) : Choice(kWords);
+        return {"$" + to.Column().label + (adds ? " += " : " = ") + Literal(to, text) + "$", [=, this] {
+                    if (!adds) model_.MarkSecond(to.list);
+                    const std::string old = model_.ReadForWriting(*to.list, to.column);
+                    const std::string sum =
+                        isNumber ? std::to_string(std::atoi(old.c_str()) + std::stoi(text)) : old + text;
+                    model_.Write(*to.list, to.column, adds ? sum : text);
+                    return true;
+                }};
+    }
+
+    Step MakeTake() {
+        const Place from = ChooseLoopedPlace(), to = ChooseLoopedPlace();
+        if (!from.list || from.Column().isNumber != to.Column().isNumber) return {};
+        return {"$" + to.Column().label + " = " + from.Column().label + "$", [=, this] {
+                    model_.MarkSecond(to.list);
+                    model_.ReadForWriting(*to.list, to.column);
+                    model_.Write(*to.list, to.column, model_.Read(*from.list, from.column));
+                    return true;
+                }};
+    }
+
+    // 7: of a list of the same shape; 8: of the instance; 9: to the instance.
+    Step MakeAssignment(int kind) {
+        List* list = ChooseList([kind](List& each) { return kind == 7 || each.columns.size() == 4; });
+        List* marked = list->isVariable ? list : list->parent;
+        if (kind == 9) {
+            return {"$I = " + list->label + "$", [=, this] { return model_.Assign(instance_, *list), true; }};
+        }
+        List* other = ChooseList([&](List& each) { return literal::SameShape(*list, each); });
+        return {"$" + list->label + " = " + (kind == 7 ? other->label : "I") + "$", [=, this] {
+                    model_.MarkSecond(marked);
+                    if (kind == 7) return model_.Assign(*list, *other);
+                    model_.Assign(*list, instance_);
+                    return true;
+                }};
+    }
+
+    Step MakeMacro(int macro) {
+        constexpr const char* kMacros[] = {"EMPTY(", "REVERSE(", "SORT(", "UNIFY("};
+        List* list = ChooseReachable();
+        const Place by = ChoosePlace(list);
+        const std::string arguments = list->label + (macro >= 2 ? ", " + by.Column().label : "") + ")$";
+        return {std::string("$KVL:LIST:") + kMacros[macro] + arguments, [=, this] {
+                    if (macro == 0) model_.Empty(*list);
+                    if (macro == 1) model_.Reverse(*list);
+                    if (macro == 2) model_.Sort(*list, by.column);
+                    if (macro == 3) model_.Unify(*list, by.column);
+                    return true;
+                }};
+    }
+
+    static std::string Block(const std::string& head, const Step& body) {
+        return "$BEGIN " + head + "$\n" + body.text + "$END " + head + "$";
+    }
+    static std::string Literal(const Place& at, const std::string& text) {
+        return at.Column().isNumber ? text : "\"" + text + "\"";
+    }
 
     literal::Lists model_;
     std::vector<List*> looped_;
-    std::vector<Op> program_;
+    Step program_;
     std::string output_;
     int steps_ = 0;
     bool isShort_ = false;
 };
-
-// False when the script takes too long.
-bool Script::Run(const Op& op) {
-    switch (op.kind) {
-        case Op::kLoop: {
-            Loop& loop = model_.loops.emplace_back(Loop{op.mode, {op.list, {}, {}}, {op.other, {}, {}}});
-            for (bool more = model_.First(loop); more; more = model_.Next(loop)) {
-                if (!RunAll(op.body)) return false;
-                model_.StoreBack(loop);
-            }
-            model_.loops.pop_back();
-            return true;
-        }
-        case Op::kIf:
-            return model_.Read(*op.list, op.column) != op.text || RunAll(op.body);
-        case Op::kShow: {
-            const std::string& text = model_.Read(*op.list, op.column);
-            output_ += op.Column().isNumber && text.empty() ? "0" : text;
-            return true;
-        }
-        case Op::kSeparator:
-            if (!model_.loops.back().first.last && !model_.loops.back().second.last) output_ += ",";
-            return true;
-        case Op::kSet:
-        case Op::kTake: {
-            model_.MarkSecond(op.list);
-            model_.ReadForWriting(*op.list, op.column);
-            model_.Write(*op.list, op.column, op.other ? model_.Read(*op.other, op.otherColumn) : op.text);
-            return true;
-        }
-        case Op::kAdd: {
-            const std::string old = model_.ReadForWriting(*op.list, op.column);
-            const bool isNumber = op.Column().isNumber;
-            model_.Write(*op.list, op.column,
-                         isNumber ? std::to_string(std::atoi(old.c_str()) + std::stoi(op.text)) : old + op.text);
-            return true;
-        }
-        case Op::kAssign:
-            model_.MarkSecond(op.list->isVariable ? op.list : op.list->parent);
-            return model_.Assign(*op.list, *op.other);  // the generator pairs lists of one shape
-        case Op::kFromInstance:
-            model_.MarkSecond(op.list->isVariable ? op.list : op.list->parent);
-            model_.Assign(*op.list, instance_);
-            return true;
-        case Op::kToInstance:
-            model_.Assign(instance_, *op.list);
-            return true;
-        case Op::kEmpty:
-            model_.Empty(*op.list);
-            return true;
-        case Op::kReverse:
-            model_.Reverse(*op.list);
-            return true;
-        case Op::kSort:
-            model_.Sort(*op.list, op.column);
-            return true;
-        case Op::kUnify:
-            model_.Unify(*op.list, op.column);
-            return true;
-    }
-    return false;
-}
 
 std::string RecordsOf(const CVariableKVLCategoryList& list) {
     std::string text;

@@ -1,7 +1,6 @@
-// The built-in macros: streams, directories, facts about the run, and their entry.
+// The built-in macros: streams, lists, directories, facts about the run, and their entry.
 #include "StaticMacroRun.h"
 #include "interpreter/ScriptCases.h"
-#include "messages/BuildStamp.h"
 
 namespace kvl {
 namespace {
@@ -17,15 +16,8 @@ TEST_P(StaticMacroCases, Run) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, StaticMacroCases, testing::ValuesIn(ReadScriptCases("builtins/StaticMacros.cases")),
                          CaseName);
-
-TEST(StreamMacroMessages, NameTheArgumentAndTheParameter) {
-    StaticMacroRun run;
-    ASSERT_FALSE(run.Execute("$T ::STREAM$$W ::STRING$$T = KVL:STREAM:LEFT_STREAM(T, W)$"));
-    EXPECT_NE(run.outside.console.output.find("Type ::STRING of parameter W within macro call differs from type "
-                                              "::INTEGER of parameter N within macro declaration"),
-              std::string::npos)
-        << run.outside.console.output;
-}
+INSTANTIATE_TEST_SUITE_P(Lists, StaticMacroCases, testing::ValuesIn(ReadScriptCases("builtins/ListMacros.cases")),
+                         CaseName);
 
 TEST(StreamMacroLimits, ATextThatWouldGrowTooLargeIsRefused) {
     StaticMacroRun run;
@@ -61,12 +53,6 @@ TEST(Generation, QuestionIsColouredAndTheLineEnded) {
     EXPECT_TRUE(run.outside.console.output.ends_with("\nName? \n"));
 }
 
-TEST(Generation, BuildNumberIsTheOneOfTheStamp) {
-    StaticMacroRun run;
-    ASSERT_TRUE(run.Execute("$T ::STREAM = KVL:GENERATION:BUILD_NUMBER()$$T$"));
-    EXPECT_EQ(run.output, "Build" + ReadBuildStamp(BuildStamp()).number);
-}
-
 TEST(Generation, UniqueTextsDiffer) {
     StaticMacroRun run;
     ASSERT_TRUE(run.Execute("$T ::STREAM = KVL:GENERATION:GUID()$$T$$T = KVL:GENERATION:GUID()$$T$"));
@@ -79,12 +65,6 @@ TEST(Generation, ATimeThatCannotBeToldEndsTheProcess) {
     run.outside.surroundings.hasLocalTime = false;
     EXPECT_THROW(run.Execute("$T ::STREAM = KVL:GENERATION:DATE()$"), ProcessEnded);
     EXPECT_TRUE(run.outside.console.output.ends_with("Invalid argument to _localtime64_s."));
-}
-
-TEST(StaticMacros, DumpShowsStreams) {
-    StaticMacroRun run;
-    ASSERT_TRUE(run.Execute("$S ::STREAM = \"a\"$$I ::INTEGER$$DUMP(S, I)$"));
-    EXPECT_TRUE(run.outside.console.output.ends_with("S::STREAM\na\n")) << run.outside.console.output;
 }
 
 TEST(StaticMacros, LineMarksAndOtherIdentifiers) {
@@ -105,20 +85,6 @@ TEST(DirectoryMacros, MakeTheWholeChain) {
     ASSERT_TRUE(run.Execute("$D ::KVL:DIRECTORY$$D:SET_PATH(\"out\")$$D:MKDIR(\"a\\\\b\")$"))
         << run.outside.console.output;
     EXPECT_TRUE(run.outside.memory.IsDirectory("/home/out/a/b"));
-    StaticMacroRun another;
-    EXPECT_FALSE(another.Execute("$D ::KVL:DIRECTORY$$D:MKDIR(\"main.kvl\")$"));  // a file is there
-    EXPECT_EQ(another.faults, "ERR_EXEC_ENVIRON_FATAL_1 3");
-}
-
-// A path that is too long, and a child without its parent, have no words of their own; the end of the run tells the
-// place.
-TEST(DirectoryMacros, FailAtPathsThatLeadNowhere) {
-    for (const std::string& body : {"$D ::KVL:DIRECTORY$$D:SET_PATH(\"" + std::string(300, 'a') + "\")$",
-                                    std::string("$D:SUB ::KVL:DIRECTORY$$D:SUB:SET_PATH(\"a\")$")}) {
-        StaticMacroRun run;
-        EXPECT_FALSE(run.Execute(body));
-        EXPECT_EQ(run.faults, "");
-    }
 }
 
 // Where there is no working directory a new variable has no path; an empty one would lead to the root.

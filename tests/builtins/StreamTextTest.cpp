@@ -6,51 +6,26 @@
 #include <random>
 
 #include "PlainMerge.h"
-#include "support/CaseFile.h"
+#include "support/TextTable.h"
 
 namespace kvl {
 namespace {
 
-// The words of a call: texts between quotation marks, with escapes, or numbers.
-std::vector<std::string> ReadWords(const std::string& line) {
-    std::vector<std::string> words;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == ' ') continue;
-        std::string& word = words.emplace_back();
-        const char end = line[i] == '"' ? '"' : ' ';
-        for (i += end == '"' ? 1 : 0; i < line.size() && line[i] != end; ++i) {
-            constexpr std::string_view kEscapes = "t\tr\rn\n";
-            if (line[i] != '\\') {
-                word += line[i];
-            } else if (line[++i] == 'x') {
-                word += static_cast<char>(std::stoi(line.substr(i + 1, 2), nullptr, 16));
-                i += 2;
-            } else {
-                word += kEscapes[kEscapes.find(line[i]) + 1];
-            }
-        }
-    }
-    return words;
-}
-
-std::string Call(const std::vector<std::string>& words) {
-    const std::string &name = words.at(0), &text = words.at(1);
-    const auto word = [&](std::size_t i) -> const std::string& { return words.at(i + 1); };
-    if (name == "Replace2") return Replace2(text, word(1), word(2), word(3));
-    if (name == "Clear") return Clear(text);
-    if (name == "UpperCase") return UpperCase(text);
-    if (name == "Left") return Left(text, std::stoi(word(1)));
-    if (name == "Right") return Right(text, std::stoi(word(1)));
-    return name == "Merge" ? Merge(text, word(1), word(2), word(3)) : "no such call";
-}
+const TextCalls kCalls = {
+    {"Replace2", [](const Texts& a) { return Texts{Replace2(a[0], a[1], a[2], a[3])}; }},
+    {"Clear", [](const Texts& a) { return Texts{Clear(a[0])}; }},
+    {"UpperCase", [](const Texts& a) { return Texts{UpperCase(a[0])}; }},
+    {"Left", [](const Texts& a) { return Texts{Left(a[0], std::stoi(a[1]))}; }},
+    {"Right", [](const Texts& a) { return Texts{Right(a[0], std::stoi(a[1]))}; }},
+    {"Merge", [](const Texts& a) { return Texts{Merge(a[0], a[1], a[2], a[3])}; }},
+};
 
 class StreamText : public testing::TestWithParam<TextCase> {};
+KVL_INSTANTIATE_CASES(StreamText, "builtins/StreamText.cases");
 
 TEST_P(StreamText, Gives) {
-    EXPECT_EQ(Call(ReadWords(GetParam().Line("call"))), ReadWords(GetParam().Line("gives")).at(0));
+    ExpectTable(GetParam(), kCalls);
 }
-
-KVL_INSTANTIATE_CASES(StreamText, "builtins/StreamText.cases");
 
 // All texts of up to `longest` letters of `alphabet`.
 std::vector<std::string> AllTexts(const std::string& alphabet, std::size_t longest) {

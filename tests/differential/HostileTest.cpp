@@ -10,7 +10,7 @@
 namespace kvl {
 namespace {
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined __SANITIZE_ADDRESS__ || !defined __OPTIMIZE__
 constexpr std::size_t kShare = 10;  // everything is slower
 #else
 constexpr std::size_t kShare = 1;

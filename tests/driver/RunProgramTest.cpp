@@ -57,36 +57,28 @@ TEST_F(Program, WithoutArgumentsShowsItsUsage) {
     EXPECT_EQ(outside.console.outputAtInput, Shown());
 }
 
-struct ModeRow {
-    const char* mode;
-    bool isMode;
-};
-
 TEST_F(Program, ModeIsComparedInLowerCase) {
-    constexpr ModeRow kRows[] = {{"-overwrite", true},  {"-OVERWRITE", true},   {"-OverWrite", true},
-                                 {"overwrite", false},  {"-overwrite ", false}, {"-h", false},
-                                 {"-OVERWRITES", false}};
-    for (const ModeRow& row : kRows) {
-        EXPECT_EQ(Run({"x.kvl", row.mode, "more", "words"}), row.isMode) << row.mode;
-        EXPECT_EQ(Process().overwritePromptEnabled, !row.isMode) << row.mode;
+    for (const auto& [mode, isMode] : {std::pair{"-overwrite", true},
+                                       {"-OverWrite", true},
+                                       {"overwrite", false},
+                                       {"-overwrite ", false},
+                                       {"-h", false},
+                                       {"-OVERWRITES", false}}) {
+        EXPECT_EQ(Run({"x.kvl", mode, "more", "words"}), isMode) << mode;
+        EXPECT_EQ(Process().overwritePromptEnabled, !isMode) << mode;
     }
 }
 
-struct BadPathRow {
-    std::vector<const char*> arguments;
-    const char* message;
-};
-
 TEST_F(Program, BadPathsFail) {
-    const BadPathRow kRows[] = {
+    const std::pair<std::vector<const char*>, const char*> rows[] = {
         {{"-h"}, "ERR_EXEC_COMMAND_ARG_1\nFirst command line argument \"-h\""},
         {{"", "-overwrite"}, "ERR_EXEC_COMMAND_ARG_1\nFirst command line argument \"\""},
         {{"none.kvl"}, "ERR_EXEC_SCRIPT_FILE_1\nFile none.kvl can not be found within search path /home/"},
     };
-    for (const BadPathRow& row : kRows) {
+    for (const auto& [arguments, message] : rows) {
         outside.console.output.clear();
-        EXPECT_FALSE(Run(row.arguments));
-        EXPECT_TRUE(Shows(row.message)) << Shown();
+        EXPECT_FALSE(Run(arguments));
+        EXPECT_TRUE(Shows(message)) << Shown();
         EXPECT_FALSE(Shows("Main Script:"));
         EXPECT_TRUE(Shown().ends_with(SummaryBox(0, 1) + kPause)) << Shown();
     }
@@ -134,16 +126,6 @@ TEST_F(HostileProgram, EndOfTheProcessShowsNoSummaryAndNoPause) {
     EXPECT_THROW(Run(), ProcessEnded);
     EXPECT_EQ(outside.console.output.find("===="), std::string::npos);
     EXPECT_EQ(outside.console.output.find("[Enter]"), std::string::npos);
-}
-
-// The next run in the same process starts from nothing.
-TEST_F(Program, RunsDoNotSeeEachOther) {
-    EXPECT_FALSE(Run({"none.kvl", "-overwrite"}));
-    EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_TRUE(Run({}));
-    EXPECT_EQ(Process().errorCount, 0);
-    EXPECT_TRUE(Process().overwritePromptEnabled);
-    EXPECT_TRUE(Process().usageShown);
 }
 
 }  // namespace

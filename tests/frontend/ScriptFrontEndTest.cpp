@@ -9,37 +9,6 @@
 namespace kvl {
 namespace {
 
-TEST_F(ScriptTest, BlocksAreNumberedOverTheWholeRun) {
-    ASSERT_TRUE(CompileStream("$BEGIN IF A$$BEGIN IF B$$END IF B$$END IF A$"));
-    ASSERT_TRUE(CompileStream("$BEGIN IF A$$END IF A$"));
-    std::string numbers;
-    for (const PatternCommand& command : list_.commands) {
-        if (command.beginEnd == cmd_begin) numbers += std::to_string(command.blockId) + " ";
-    }
-    EXPECT_EQ(numbers, "0 1 2 ");
-}
-
-TEST_F(ScriptTest, MacroHeadSetsTheKindWhileParsing) {
-    CommandList list;
-    PatternCommand head;
-    head.subkind = cmd_declare_pattern_macro;
-    list.AppendCommand(std::move(head), 1, false);
-    EXPECT_EQ(list.entityKind, kEntityMacroPattern);
-    ASSERT_TRUE(CompileStream("$BEGIN PATTERN P()$", kEntityMainScript));
-    EXPECT_EQ(list_.entityKind, kEntityMainScript);
-}
-
-TEST_F(ScriptTest, FoldingChangesTheStreamItself) {
-    std::string text = "\xC3\xA4";
-    ASSERT_TRUE(ParseScriptSourceStream(kEntityMacroPattern, "S", text, list_));
-    EXPECT_EQ(text, "\xE4");
-    EXPECT_TRUE(list_.utf8Source);
-    CommandList latin;
-    ASSERT_TRUE(ParseScriptSourceStream(kEntityMacroPattern, "S", text, latin));
-    EXPECT_EQ(text, "\xE4");
-    EXPECT_FALSE(latin.utf8Source);
-}
-
 TEST_F(ScriptTest, SourcesWithoutTextAreRefused) {
     EXPECT_FALSE(CompileFile(""));
     EXPECT_NE(Shown().find("ERROR: ERR_EXEC_SCRIPT_FILE_8\n"), std::string::npos) << Shown();

@@ -6,12 +6,6 @@
 namespace kvl {
 namespace {
 
-std::string NamesOf(const CTypeSchema& schema) {
-    const EntityNames& names = *schema.names;
-    return names.name + " " + names.sourcePath + " " + names.sourceFile + " " + names.sourceStream + " " +
-           names.sourceDirectory;
-}
-
 class TypeFaultTest : public TypeFrontEndTest, public testing::WithParamInterface<TextCase> {};
 KVL_INSTANTIATE_CASES(TypeFaultTest, "frontend/TypeFaults.cases");
 
@@ -28,13 +22,6 @@ TEST_F(TypeFrontEndTest, NameBeyondTheBufferIsFatal) {
     EXPECT_EQ(Process().errorCount, 1);
 }
 
-TEST_F(TypeFrontEndTest, MessageIsShownWhole) {
-    EXPECT_EQ(ParseFile(TypeFile("::A=::STRING\t")), nullptr);
-    EXPECT_EQ(ConsoleText(),
-              "\n\nERROR: ERR_DECL_TYPE_SYNTAX_1\nNot specified syntax error within a Type declaration.\n\n"
-              "$TYPE::A=::STRING\t$\n                  ^\nAt line 2 near position 18 of Type person.txt\n\n");
-}
-
 // A stream has no lines to show, and its columns are not counted.
 TEST_F(TypeFrontEndTest, StreamIsNamedAndHasNoColumns) {
     EXPECT_EQ(ParseStream(TypeFile("\n::A=::STRING")), nullptr);
@@ -44,26 +31,6 @@ TEST_F(TypeFrontEndTest, StreamIsNamedAndHasNoColumns) {
 }
 
 // --- the entry points ---
-
-TEST_F(TypeFrontEndTest, SourceGivesItsNames) {
-    outside_.memory.Put("types\\person.type.txt", TypeFile("::PERSON=::LIST{}"));
-    const auto file = ParseTypeFile(kEntityType, "types\\person.type.txt");
-    ASSERT_NE(file, nullptr);
-    EXPECT_EQ(file->entityKind, kEntityType);
-    EXPECT_EQ(NamesOf(*file), "person.type.txt types\\person.type.txt person.type.txt  types/");
-    EXPECT_TRUE(file->elements.empty());
-    const auto stream = ParseStream(TypeFile("::PERSON=::LIST{}"));
-    ASSERT_NE(stream, nullptr);
-    EXPECT_EQ(NamesOf(*stream), "S:TYPE   S:TYPE S:TYPE");
-}
-
-TEST_F(TypeFrontEndTest, Utf8StreamIsFoldedInPlace) {
-    std::string text = TypeFile("::A=::LIST{'\xC3\xA4'}");
-    const auto schema = ParseTypeStream(kEntityType, "S", text, MessageContext());
-    ASSERT_NE(schema, nullptr);
-    EXPECT_EQ(schema->declaredTypes.front().root.children.front().literal, "'\xE4'");
-    EXPECT_EQ(text, TypeFile("::A=::LIST{'\xE4'}"));
-}
 
 TEST_F(TypeFrontEndTest, CarriageReturnsAreNoMatter) {
     EXPECT_NE(ParseFile("$BEGIN KVL\r\nVERSION\r=\r\"1.0.0\"\r$\r\n$TYPE\r\n$\r$END KVL VERSION=\"1.0.0\"$\r\n"),
@@ -76,34 +43,16 @@ TEST_F(TypeFrontEndTest, CommentsMayStandEverywhere) {
               nullptr);
 }
 
-struct UnreadableRow {
-    const char* name;
-    const char* path;
-    int error;  // of the reading, 0 for that of the path itself
-    const char* expected;
-};
-
-class UnreadableTypeTest : public TypeFrontEndTest, public testing::WithParamInterface<UnreadableRow> {};
-
-TEST_P(UnreadableTypeTest, IsReported) {
-    outside_.memory.Put("person.txt", TypeFile(""));
+TEST_F(TypeFrontEndTest, UnreadableFilesAreReported) {
     outside_.memory.Put("empty.txt", "");
-    outside_.memory.PutDirectory("types");
-    if (GetParam().error != 0) outside_.files.FailAt(FileOperation::ReadWhole, 1, GetParam().error);
-    EXPECT_EQ(ParseTypeFile(kEntityType, GetParam().path), nullptr);
-    EXPECT_TRUE(ConsoleText().starts_with(std::string("\nERROR: ") + GetParam().expected + "\n")) << ConsoleText();
-    EXPECT_EQ(Process().errorCount, 1);
+    for (const auto& [path, expected] :
+         {std::pair{"nobody.txt", "ERR_EXEC_SCRIPT_FILE_1"}, {"empty.txt", "ERR_EXEC_SCRIPT_FILE_8"}}) {
+        outside_.console.output.clear();
+        EXPECT_EQ(ParseTypeFile(kEntityType, path), nullptr);
+        EXPECT_TRUE(ConsoleText().starts_with(std::string("\nERROR: ") + expected + "\n")) << ConsoleText();
+    }
+    EXPECT_EQ(Process().errorCount, 2);
 }
-
-constexpr UnreadableRow kUnreadableRows[] = {
-    {"Missing", "nobody.txt", 0, "ERR_EXEC_SCRIPT_FILE_1"},
-    {"Directory", "types", 0, "ERR_EXEC_SCRIPT_FILE_1"},
-    {"Empty", "empty.txt", 0, "ERR_EXEC_SCRIPT_FILE_8"},
-    {"NotAllowed", "person.txt", EACCES, "ERR_EXEC_SCRIPT_FILE_1"},
-    {"TooLarge", "person.txt", EFBIG, "ERR_EXEC_SCRIPT_FILE_11"},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, UnreadableTypeTest, testing::ValuesIn(kUnreadableRows),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(TypeFrontEndTest, EmptyStreamIsAMissingHeaderOfTheCaller) {
     for (const int kind : {kEntityMainScript, kEntityMacroScript, kEntityMacroPattern}) {

@@ -42,12 +42,6 @@ TEST_P(TypeTokenTest, SourceIsCutIntoTokens) {
         ExpectSection(GetParam(), "tokens", Written(Tokens(source)));
 }
 
-TEST_F(TypeFrontEndTest, LongestNameIsDelivered) {
-    const std::string longest(PinScanX::kLongestToken, 'A');
-    EXPECT_EQ(Tokens(longest), "IDENTIFIER(" + longest + ")");
-    EXPECT_EQ(Tokens(longest + "A"), "FAILED");
-}
-
 TEST_F(TypeFrontEndTest, LiteralsCommentsAndBlanksHaveNoLimit) {
     const std::string filling(PinScanX::kLongestToken + 10, ' ');
     EXPECT_EQ(Tokens("'" + filling + "'").size(), filling.size() + std::string_view("WEAK_LITERAL('')").size());

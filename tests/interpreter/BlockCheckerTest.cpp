@@ -35,23 +35,6 @@ TEST_P(BlockFaultTest, IsTold) {
     }
 }
 
-TEST_F(LoadingTest, BlocksArePairedByTheirIndices) {
-    const auto schema = Compile(std::string(kHeader) +
-                                "\n$BEGIN SCRIPT M(#X ::T)$$BEGIN ALL A$$BEGIN ALL B$"
-                                "$END ALL B$$END ALL A$$END SCRIPT M(#X::T)$" +
-                                std::string(kFooter));
-    ASSERT_TRUE(schema && CheckBlocks(*schema)) << outside.console.output;
-    const CompiledScript& script = *schema->script;
-    EXPECT_EQ(script.blockEnd, (std::vector<int>{8, -1, 7, 6, 5, -1, -1, -1, -1}));
-    ASSERT_EQ(script.blocks.size(), 4u);
-    EXPECT_EQ(script.blocks[0].begin, 4);
-    EXPECT_EQ(script.blocks[3].end, 8);
-    EXPECT_EQ(script.bodyBegin, 2);
-    EXPECT_EQ(script.bodyEnd, 7);
-    EXPECT_EQ(script.macroName, "M");
-    EXPECT_EQ(script.macroDeclarationText, "M(#X::T)");
-}
-
 // A hundred thousand blocks, side by side and one in the other, are a matter of one pass.
 TEST_F(LoadingTest, PairingIsLinear) {
     std::string source = std::string(kHeader) + "$BEGIN SCRIPT M()$";

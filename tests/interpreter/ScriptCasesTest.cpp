@@ -49,24 +49,6 @@ TEST(ScriptErrors, OfAnEarlierCommandFailTheNextOperator) {
     EXPECT_EQ(again.faults, "");
 }
 
-TEST(LoopCost, ReadingCopiesNoRecordAndSearchesForNone) {
-    ScriptRun run;
-    ASSERT_TRUE(run.Execute("$L ::STRING[3]$"));
-    RunContext context;
-    CVariableKVLCategoryList& list = *run.root->ListOf("L", context.loops);
-    ListCursor cursor;
-    cursor.list = &list;
-    bool found = false;
-    RecordStore::Position position = list.Records().Begin();
-    for (int pass = 0; pass < 3; ++pass, position = list.Records().Next(position)) {
-        ASSERT_TRUE(run.root->NextListRecord(cursor, found, context.loops));
-        EXPECT_TRUE(found && cursor.IsBorrowed() && cursor.Position() == position);
-        EXPECT_EQ(&cursor.Current(), &list.Records().At(position));
-    }
-    ASSERT_TRUE(run.root->NextListRecord(cursor, found, context.loops));
-    EXPECT_FALSE(found);
-}
-
 // The elements of an instance belong to the instance; the table borrows them.
 TEST(InstanceElements, KnowTheirInstance) {
     ScriptRun run;

@@ -3,9 +3,6 @@
 #include "support/CaseFile.h"
 
 #include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <set>
 
 #include "text/Paths.h"
@@ -48,19 +45,6 @@ protected:
         return "$BEGIN KVL VERSION=\"1.0.0\"$\n$BEGIN SCRIPT MAIN()$\n" + std::string(body) +
                "\n$END SCRIPT MAIN()$\n$END KVL VERSION=\"1.0.0\"$\n";
     }
-    // Whichever file operation fails, the run ends in order: with a message or with success.
-    void ExpectEveryFailureSurvived(const std::string& path, const std::function<void()>& putFiles) {
-        for (int n = 1; n < 100; ++n) {
-            ResetProcessState();
-            putFiles();
-            outside.files.FailAtAny(n, EIO);
-            const bool succeeded = LoadAndRun(path);
-            EXPECT_EQ(succeeded, Process().errorCount == 0) << n << outside.console.output;
-            if (!outside.files.HasFailed()) return;
-        }
-        FAIL() << "no run without a failure";
-    }
-
     PlayedBuiltIns builtIns;
 };
 
@@ -76,24 +60,6 @@ TEST_P(MainScriptPathTest, IsJudged) {
     if (!CheckMainScriptPath(ReplaceAll(GetParam().Line("typed"), "{260 letters}", letters), outcome))
         outcome = ReplaceAll(ShownMessages(), letters, "{260 letters}");
     ExpectSection(GetParam(), "outcome", outcome);
-}
-
-TEST_F(LoadingTest, DeniedDirectoryComesBeforeNotFound) {
-    outside.files.FailAt(FileOperation::CheckAccess, 1, EACCES);
-    std::string path;
-    EXPECT_FALSE(CheckMainScriptPath("a.kvl", path));
-    EXPECT_TRUE(FirstMessage().starts_with("ERR_EXEC_SCRIPT_FILE_15\n")) << FirstMessage();
-}
-
-TEST_F(RunTest, ShowsItsProgress) {
-    ASSERT_TRUE(Run("text"));
-    EXPECT_EQ(outside.console.output,
-              "\nParsing File main.kvl\n( /home/main.kvl )\n"
-              "Main Script File Parsed Successfully. \n" +
-                  std::string(77, '_') + "\n\nInterpreting Main Script /home/main.kvl\n\n");
-    EXPECT_EQ(Process().root, nullptr);
-    EXPECT_EQ(Process().mainScriptDirectory, "/home");
-    EXPECT_EQ(outside.memory.FilePaths(), std::vector<std::string>{"/home/main.kvl"});
 }
 
 TEST_F(RunTest, MakesItsMarkAndCountsErrorsFromTheFirstCommand) {
@@ -125,61 +91,6 @@ TEST_F(RunTest, OnlyASilentFailureIsToldByItsPlace) {
     EXPECT_FALSE(Run("\n$KVL:GENERATION:DATE()$"));
     EXPECT_EQ(Process().errorCount, 0);
     EXPECT_EQ(outside.console.TextIn(10), "\nThe run stopped at line 4 of /home/main.kvl.\n");
-}
-
-TEST_F(RunTest, FileThatCannotBeOpenedIsReportedOnce) {
-    EXPECT_FALSE(LoadAndRun("/home/none.kvl"));
-    EXPECT_EQ(Process().errorCount, 1);
-    EXPECT_EQ(outside.console.output.find("Parsing File"), std::string::npos);
-}
-
-TEST_F(RunTest, EveryFailingFileOperationIsSurvived) {
-    ExpectEveryFailureSurvived("/home/main.kvl",
-                               [this] { outside.memory.Put("/home/main.kvl", Script("$A ::STRING = \"x\"$")); });
-}
-
-TEST_F(LoadingTest, StreamIsCompiledUnderItsName) {
-    std::string text = "$\xC3\xA4$$A$";
-    ParseInfo info;
-    MessageContext context;
-    EXPECT_FALSE(CompileText(kEntityMacroPattern, "S", text, info, context));
-    text = "\xC3\xA4$A$";
-    const auto schema = CompileText(kEntityMacroPattern, "S", text, info, context);
-    ASSERT_TRUE(schema);
-    EXPECT_TRUE(schema->utf8Source);
-    EXPECT_EQ(schema->names->sourceStream, "S");
-    EXPECT_EQ(schema->GetDisplayPath(), "S");
-    outside.console.output.clear();
-    ReportParse(info);
-    EXPECT_EQ(outside.console.output, "Macro Pattern Parsed Successfully. \n");
-}
-
-TEST_F(LoadingTest, EveryStaticMacroBecomesAVariable) {
-    CPatternSchema schema;
-    ASSERT_TRUE(CreateStaticMacros(schema));
-    std::size_t count = 0;
-    for (const CommandRow& row : CommandTable()) {
-        if (row.staticMacro.empty()) continue;
-        ++count;
-        const auto* macro = dynamic_cast<const CVariableKVLStaticMacro*>(schema.variableTable.Find(row.staticMacro));
-        ASSERT_TRUE(macro) << row.staticMacro;
-        EXPECT_EQ(macro->macroCommand, row.id);
-    }
-    EXPECT_EQ(schema.variableTable.Size(), count);
-}
-
-TEST_F(LoadingTest, CloneSharesWhatIsCompiledAndHasItsOwnVariables) {
-    const auto schema = Compile("\xC3\xA4$A$", kEntityMacroPattern);
-    ASSERT_TRUE(schema);
-    schema->overwriteMode = kOverwriteAsk;
-    ASSERT_TRUE(schema->EnterVariable("V", "STRING", kTypeUnknown));
-    const auto clone = schema->Clone();
-    EXPECT_EQ(clone->script, schema->script);
-    EXPECT_EQ(clone->names, schema->names);
-    EXPECT_EQ(clone->entityKind, kEntityMacroPattern);
-    EXPECT_TRUE(clone->utf8Source);
-    EXPECT_EQ(clone->overwriteMode, kOverwriteAsk);
-    EXPECT_EQ(clone->variableTable.Size(), 0u);
 }
 
 TEST_F(LoadingTest, LoadedTypeIsFoundByTheLastPartOfItsName) {
@@ -240,6 +151,17 @@ TEST_F(StandardScriptTest, RunsFromAPrivateFolderWhereItsOwnCannotBeWritten) {
     }
 }
 
+TEST_F(StandardScriptTest, FailsWhereNoFolderCanBeWritten) {
+    PutStandardScript("");
+    outside.memory.Put("/program/_1/_1_input.txt", "");
+    outside.memory.SetReadOnly("/program/_1/_1_input.txt");
+    outside.files.FailAt(FileOperation::MakePrivateDirectory, 1, EACCES);
+    EXPECT_FALSE(LoadAndRun("/home/new one.kvl"));
+    EXPECT_EQ(Process().errorCount, 1);
+    EXPECT_NE(outside.console.output.find("Fatal error: MakeDirectory(). "), std::string::npos)
+        << outside.console.output;
+}
+
 // All files that are brought along, as they stand in the source tree, are taken there.
 TEST_F(StandardScriptTest, PrivateFolderHoldsAllThatIsBroughtAlong) {
     std::set<std::string> names = {"_1_input.txt"};
@@ -261,16 +183,6 @@ TEST_F(StandardScriptTest, PrivateFolderHoldsAllThatIsBroughtAlong) {
     EXPECT_FALSE(outside.memory.Has("/private1"));
 }
 
-TEST_F(StandardScriptTest, ShippedScriptsAndPatternHaveTheirForm) {
-    for (const auto& [name, kind] : {std::pair<std::string, int>{"_1.kvl", kEntityMainScript},
-                                     {"project.kvl", kEntityMainScript},
-                                     {"overview.pattern", kEntityMacroPattern}}) {
-        std::ifstream file(KVL_TESTS_FOLDER "/../standard/_1/" + name, std::ios::binary);
-        const auto schema = Compile(std::string(std::istreambuf_iterator<char>(file), {}), kind);
-        EXPECT_TRUE(schema && CheckBlocks(*schema)) << outside.console.output;
-    }
-}
-
 TEST_F(StandardScriptTest, MissingStandardScriptIsReportedOnce) {
     EXPECT_FALSE(LoadAndRun("/home/new one.kvl"));
     EXPECT_EQ(Process().errorCount, 1);
@@ -278,11 +190,18 @@ TEST_F(StandardScriptTest, MissingStandardScriptIsReportedOnce) {
         << outside.console.output;
 }
 
-TEST_F(StandardScriptTest, FailingFileOperationsAreSurvived) {
-    ExpectEveryFailureSurvived("/home/new one.kvl", [this] {
+// Whichever file operation fails, the run ends in order: with a message or with success.
+TEST_F(StandardScriptTest, EveryFailingFileOperationIsSurvived) {
+    for (int n = 1; n < 100; ++n) {
+        ResetProcessState();
         PutStandardScript("");
         outside.memory.Put("/home/new one.kvl", "");
-    });
+        outside.files.FailAtAny(n, EIO);
+        const bool succeeded = LoadAndRun("/home/new one.kvl");
+        EXPECT_EQ(succeeded, Process().errorCount == 0) << n << outside.console.output;
+        if (!outside.files.HasFailed()) return;
+    }
+    FAIL() << "no run without a failure";
 }
 
 }  // namespace

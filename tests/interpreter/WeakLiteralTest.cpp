@@ -1,58 +1,17 @@
 #include "LoadingTest.h"
 #include "support/CaseFile.h"
 #include "support/WrittenBytes.h"
-#include "text/Replace.h"
 
 namespace kvl {
 namespace {
-
-std::string Dump(const std::vector<ActualArgument>& arguments);
-
-// "text", "(name)" and "name<arguments>" for the pieces of a literal.
-std::string Dump(const std::vector<WeakLiteral>& literals) {
-    std::string dump;
-    for (const WeakLiteral& literal : literals) {
-        dump.append(literal.name) += "=";
-        for (const LiteralPiece& piece : literal.pieces) {
-            if (piece.kind == cmd_kind_stream) {
-                dump.append("'").append(piece.text) += "'";
-            } else if (piece.kind == cmd_kind_macro) {
-                dump.append(piece.macroName) += "<" + Dump(piece.arguments) + ">";
-            } else {
-                dump.append("(").append(piece.name) += ")";
-            }
-        }
-    }
-    return dump;
-}
-
-std::string Dump(const std::vector<ActualArgument>& arguments) {
-    std::string dump;
-    for (const ActualArgument& argument : arguments) {
-        if (!dump.empty()) dump += ",";
-        dump += argument.typeId == kConstantString ? Dump(argument.weakLiterals) : std::string(argument.name);
-    }
-    return dump;
-}
-
-std::string Dump(const PatternCommand& command) {
-    return Dump(command.weakLiterals) + Dump(command.sides->operand1Arguments) +
-           Dump(command.sides->operand2Arguments) + Dump(command.call->arguments);
-}
 
 class WeakLiteralTest : public LoadingTest, public testing::WithParamInterface<TextCase> {};
 KVL_INSTANTIATE_CASES(WeakLiteralTest, "interpreter/WeakLiterals.cases");
 
 // What is refused is reported once, at its command: the literals in front are good, the one behind is not looked at any
 // more.
-TEST_P(WeakLiteralTest, HasPiecesOrIsRefused) {
+TEST_P(WeakLiteralTest, IsRefused) {
     const std::string command = BytesOf(GetParam().Line("command"));
-    if (!GetParam()["pieces"].empty()) {
-        const auto schema = Compile(command);
-        ASSERT_TRUE(schema) << outside.console.output;
-        ExpectSection(GetParam(), "pieces", Dump(schema->Commands().front()));
-        return;
-    }
     for (const bool isPattern : {false, true}) {
         ResetProcessState();
         outside.console.output.clear();
@@ -62,15 +21,6 @@ TEST_P(WeakLiteralTest, HasPiecesOrIsRefused) {
         EXPECT_TRUE(FirstMessage().starts_with("ERR_DECL_" + kind + "_LIT_2\n")) << FirstMessage();
         EXPECT_NE(FirstMessage().find("\n" + command + "\n^\nAt line 2 of "), std::string::npos) << FirstMessage();
     }
-}
-
-TEST_F(LoadingTest, FragmentIsCompiledWithItsLiterals) {
-    const auto schema = Compile("$A$");
-    ASSERT_TRUE(schema);
-    const auto fragment = CompileFragment(*schema, "$M(\"x$B$\", 1)$");
-    ASSERT_TRUE(fragment);
-    EXPECT_EQ(Dump(fragment->commands.front()), "ACTUALARGUMENT='x'(B),1");
-    EXPECT_EQ(Process().errorCount, 0);
 }
 
 TEST_F(LoadingTest, FaultOfAFragmentIsReportedOnceAtTheCommand) {

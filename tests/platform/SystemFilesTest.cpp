@@ -127,6 +127,11 @@ TEST_F(SystemFilesTest, PrivateDirectoryGoesWithAllBelowIt) {
     std::ofstream(made + "/x/y/z") << "z";
     files_.RemovePrivateDirectory(made);
     EXPECT_FALSE(std::filesystem::exists(made));
+    setenv("TMPDIR", (root_ + "//").c_str(), 1);
+    ASSERT_EQ(files_.MakePrivateDirectory(made), 0);
+    unsetenv("TMPDIR");
+    EXPECT_TRUE(made.starts_with(root_ + "/") && made[root_.size() + 1] != '/') << made;
+    files_.RemovePrivateDirectory(made);
     // No other directory can be removed that way.
     files_.RemovePrivateDirectory(root_);
     EXPECT_TRUE(std::filesystem::exists(root_));

@@ -2,7 +2,9 @@
 
 import os
 import select
+import shutil
 import subprocess
+import time
 import unittest
 
 import harness
@@ -83,6 +85,31 @@ class Colours(unittest.TestCase):
             exit_value, shown = files.run(input="\n\n")
             self.assertEqual(exit_value, 1)
             self.assertNotIn("\x1b", shown)
+
+
+class Banner(unittest.TestCase):
+    def test_program_at_a_long_path(self):
+        with Project() as files:
+            folder = files.file("x" * 200 + "/" + "y" * 100)
+            os.makedirs(folder)
+            program = shutil.copy(harness.PROGRAM, folder)
+            self.assertIn(f"Executable {program}\n", files.run(command=[program], input="\n")[1])
+
+
+class LargeText(unittest.TestCase):
+    def test_through_a_pipe_that_does_not_block(self):
+        text = "a line of text\n" * 50000
+        with Project(main__kvl=script('$S = D:FILE("in")$\n$DUMP(S)$\n'), **{"in": text}) as files:
+            reading, writing = os.pipe()
+            os.set_blocking(writing, False)
+            with subprocess.Popen(files.command("-overwrite"), stdin=subprocess.DEVNULL, stdout=writing,
+                                  env=environment({})) as run:
+                os.close(writing)
+                time.sleep(0.3)   # until the pipe is full
+                with open(reading, encoding="latin-1") as pipe:
+                    shown = pipe.read()
+                self.assertEqual(run.wait(harness.SECONDS), 0)
+            self.assertIn("S::STREAM\n" + text, shown)
 
 
 class NoConsole(unittest.TestCase):

@@ -20,7 +20,7 @@ def project():
 class OnATerminal(unittest.TestCase):
     # The keys for each question in turn, the exit value, and which of a, b and c are new then.
     ROWS = [
-        ([ESCAPE], 1, ""),
+        ([ESCAPE], 1, ""), ([ESCAPE + "n"], 1, ""),
         (["\r"], 0, "abc"), (["\n"], 0, "abc"), (["xyn ?" + ARROW + "\t\r"], 0, "abc"),
         (["a", "\r"], 0, "abc"), (["A", "y", "Y"], 0, "abc"),
         (["a", "n", "N"], 0, "b"), (["a", "n", "\r"], 0, "bc"), (["a", "axA1" + ARROW + "y", "n"], 0, "ab"),
@@ -94,10 +94,6 @@ class FromAPipe(unittest.TestCase):
             with self.subTest(typed=typed), project() as files:
                 self.assertEqual(files.run(input=typed)[0], exit_value)
                 self.assertEqual((files.get("a"), files.get("b")), (a, b))
-
-    def test_script_that_writes_nothing(self):
-        with Project(main__kvl=script("")) as files:
-            self.assertEqual((files.run()[0], files.run(input="\n")[0]), (1, 0))
 
     def test_nobody_there(self):
         with project() as files:

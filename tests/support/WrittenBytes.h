@@ -29,4 +29,12 @@ inline std::string Written(std::string_view bytes) {
     return written;
 }
 
+// The same on one line, in a table whose columns "|" divides.
+inline std::string WrittenInLine(std::string_view bytes) {
+    std::string written;
+    for (const char c : bytes)
+        written += c == '\n' ? "{{0A}}" : c == '\t' ? "{{09}}" : c == '|' ? "{{7C}}" : Written({&c, 1});
+    return written;
+}
+
 }  // namespace kvl

@@ -31,43 +31,19 @@ TEST(CTSEntityTest, SourceNamesTheEntity) {
     EXPECT_EQ(entity.SourceName(), "a.txt");
 }
 
-struct LineRow {
-    const char* name;
-    int line;
-    std::string_view expected;
-};
-
-class SourceLineTest : public testing::TestWithParam<LineRow> {};
-
-TEST_P(SourceLineTest, IsTheTextOfTheLine) {
+TEST(CTSEntityTest, LinesAreThoseOfTheSource) {
     ScopedPlatform outside;
     outside.memory.Put("/home/a.kvl", "one\ntwo\r\nlast");
     Entity entity;
     entity.SetSourceFile("/home/a.kvl");
-    EXPECT_EQ(entity.GetSourceLine(GetParam().line), GetParam().expected);
-    entity.currentLine = GetParam().line;
-    const MessageContext context = entity.GetMessageContext();
-    const CMessage message(ERR_EXEC_SCRIPT_VAR_1, context);  // reads the line
-    EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINE], GetParam().expected);
-    EXPECT_EQ(context.lineNumber, GetParam().line);
-    EXPECT_EQ(context.position, -1);
-    EXPECT_EQ(context.entityName, "/home/a.kvl");
-}
-
-constexpr LineRow kLineRows[] = {
-    {"First", 1, "one"}, {"KeepsCarriageReturn", 2, "two\r"}, {"WithoutLineFeed", 3, "last"}, {"Behind", 4, ""},
-    {"None", -1, ""},
-};
-INSTANTIATE_TEST_SUITE_P(Rows, SourceLineTest, testing::ValuesIn(kLineRows),
-                         [](const auto& row) { return std::string(row.param.name); });
-
-TEST(CTSEntityTest, LineOfAMissingFileIsReportedAndEmpty) {
-    ResetProcessState();
-    ScopedPlatform outside;
-    Entity entity;
-    entity.SetSourceFile("/home/gone.kvl");
-    EXPECT_EQ(entity.GetSourceLine(1), "");
-    EXPECT_EQ(Process().errorCount, 1);
+    const std::pair<int, std::string_view> rows[] = {{1, "one"}, {2, "two\r"}, {3, "last"}, {4, ""}, {-1, ""}};
+    for (const auto& [line, expected] : rows) {
+        EXPECT_EQ(entity.GetSourceLine(line), expected);
+        entity.currentLine = line;
+        const CMessage message(ERR_EXEC_SCRIPT_VAR_1, entity.GetMessageContext());  // reads the line
+        EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINE], expected);
+        EXPECT_EQ(Process().vectorMessageParameters[ERRSTR_ENTITYLINENUMBER], std::to_string(line));
+    }
 }
 
 }  // namespace

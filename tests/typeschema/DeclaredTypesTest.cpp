@@ -149,7 +149,7 @@ TEST_F(DeclaredTypesTest, FaultIsShownThoughTheSourceHasGone) {
     EXPECT_TRUE(Messages().starts_with("ERR_EXEC_SCRIPT_FILE_1 "));
     EXPECT_TRUE(
         Messages().ends_with("ERR_DECL_TYPE_ELEM_3 Type ::B for element X is not declared || "
-                             "At line 2 of Type /home/T.txt\n"));
+                             "At line 3 of Type /home/T.txt\n"));
 }
 
 TEST_F(DeclaredTypesTest, ManyFaultsReadTheSourceOnce) {
@@ -158,7 +158,7 @@ TEST_F(DeclaredTypesTest, ManyFaultsReadTheSourceOnce) {
         types += "\n::B = ::LIST{}";
     EXPECT_EQ(Compiled(types), nullptr);
     EXPECT_EQ(Process().errorCount, 49);
-    EXPECT_EQ(outside_.files.CountOf(FileOperation::ReadWhole), 1);
+    EXPECT_EQ(outside_.files.CountOf(FileOperation::ReadWhole), 2) << "for the types, and for the messages";
 }
 
 }  // namespace

@@ -111,7 +111,9 @@ protected:
             const TypeItem& use = *plain.Recursive().front();
             const auto& parameters = Process().vectorMessageParameters;
             EXPECT_EQ(parameters[ERRSTR_FEATURE], "Recursive Type for " + use.typeName) << text;
-            EXPECT_EQ(parameters[ERRSTR_ENTITYLINEPOSITION], std::to_string(use.namePosition)) << text;
+            TextPlace place;
+            EXPECT_TRUE(LocateInSource("/home/T.txt", use.namePosition, use.nameText, place));
+            EXPECT_EQ(parameters[ERRSTR_ENTITYLINEPOSITION], std::to_string(place.column)) << text;
         }
         CTypeSchema expanded;
         expanded.names->name = "T0";

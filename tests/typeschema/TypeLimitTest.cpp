@@ -45,7 +45,7 @@ TEST_F(TypeLimitTest, GrowthIsRefused) {
         EXPECT_FALSE(Compile(*schema));
         EXPECT_TRUE(schema->elements.empty());
         EXPECT_EQ(Messages(),
-                  "ERR_EXEC_ENVIRON_FATAL_1 Fatal error: Type T0 " + reason + " At line 1 of Type /home/T.txt\n");
+                  "ERR_EXEC_ENVIRON_FATAL_1 Fatal error: Type T0 " + reason + " At line 2 of Type /home/T.txt\n");
     }
 }
 
@@ -146,7 +146,7 @@ TEST_F(TypeLimitTest, ManySubtypesCompile) {
     ASSERT_NE(schema, nullptr) << Messages();
     EXPECT_EQ(schema->elements.size(), 2U + 2000U * 4U);
     EXPECT_EQ(schema->variables.size(), 2000U);
-    EXPECT_EQ(outside_.files.CountOfAll(), 0);
+    EXPECT_EQ(outside_.files.CountOfAll(), 1) << "the source is read again for messages only";
 }
 
 }  // namespace

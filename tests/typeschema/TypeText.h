@@ -1,8 +1,6 @@
 #pragma once
-// What the tests of declared types share: trees of items read from the notation of types without a header, an outside
-// that keeps messages, and the types that are known by loading.
-//
-// The reader takes well-formed text only. An item is placed one byte behind the token that names it.
+// What the tests of declared types share: types read from their text by the front end, an outside that keeps messages,
+// and the types that are known by loading.
 
 #include <gtest/gtest.h>
 
@@ -19,8 +17,6 @@
 
 namespace kvl {
 
-std::vector<DeclaredType> ReadTypes(std::string_view text);
-
 class LoadedTypes final : public KnownTypes {
 public:
     const CTypeSchema* FindLoadedType(std::string_view name) const override;
@@ -30,18 +26,18 @@ public:
     void LoadLines(std::string_view lines);
 
 private:
-    std::map<std::string, std::unique_ptr<CTypeSchema>, std::less<>> schemas_;
+    std::map<std::string, std::shared_ptr<CTypeSchema>, std::less<>> schemas_;
 };
 
-// Its source is the file "/home/T.txt" of the test's outside, with the text as its content.
+// The source is the file "/home/T.txt" of the test's outside; its declarations begin on line 2.
 class DeclaredTypesTest : public testing::Test {
 protected:
     DeclaredTypesTest() { ResetProcessState(); }
 
-    std::unique_ptr<CTypeSchema> Read(std::string_view text);
+    std::shared_ptr<CTypeSchema> Read(std::string_view text);
     [[nodiscard]] static bool Compile(CTypeSchema& schema, const KnownTypes& knownTypes = LoadedTypes());
     // Compiled, or null with the messages on the console.
-    std::unique_ptr<CTypeSchema> Compiled(std::string_view text);
+    std::shared_ptr<CTypeSchema> Compiled(std::string_view text);
     // An instance of a compiled text.
     std::unique_ptr<CTypeSchema> Instance(std::string_view text, std::string_view name);
 

@@ -8,38 +8,31 @@
 namespace kvl {
 namespace {
 
-struct MatchRow {
-    const char* name;
-    std::string_view search, label;
-    bool matches;
-};
-
-constexpr MatchRow kMatchRows[] = {
-    {"Exact", "A:B", "A:B", true},
-    {"NoPrefixOfALongerLabel", "A", "A:B", false},
-    {"ShortFromTheEnd", ":NAME", "A:NAME", true},
-    {"ShortNeedsItsColon", ":NAME", "ANAME", false},
-    {"ShortNeedsTheEnd", ":NAME", "A:NAME:B", false},
-    {"ShortIsNotALabelOfItsOwn", ":NAME", "NAME", false},
-    {"ShortOfTwoParts", ":A:B", "X:A:B", true},
-    {"Gap", "TOP~NAME", "TOP:X:NAME", true},
-    {"GapKeepsTheOrder", "TOP~NAME", "NAME:TOP", false},
-    {"GapOfNothing", "A:~:B", "A:B", true},
-    {"GapBeginsAtTheFront", "TOP~NAME", "X:TOP:NAME", false},
-    {"GapEndsAtTheEnd", "TOP~NAME", "TOP:NAME:X", false},
-    {"ShortWithGap", ":A~:B", "X:A:Y:B", true},
-    {"ShortWithGapKeepsTheOrder", ":B~:A", "X:A:Y:B", false},
-    {"OnlyAGap", "~", "A", false},
-};
-
-class MatchesLabelTest : public testing::TestWithParam<MatchRow> {};
-
-TEST_P(MatchesLabelTest, Row) {
-    EXPECT_EQ(MatchesLabel(GetParam().search, GetParam().label), GetParam().matches);
+TEST(MatchesLabelTest, TakesWholeNamesInTheirOrder) {
+    constexpr struct {
+        const char* name;
+        std::string_view search, label;
+        bool matches;
+    } kRows[] = {
+        {"Exact", "A:B", "A:B", true},
+        {"NoPrefixOfALongerLabel", "A", "A:B", false},
+        {"ShortFromTheEnd", ":NAME", "A:NAME", true},
+        {"ShortNeedsItsColon", ":NAME", "ANAME", false},
+        {"ShortNeedsTheEnd", ":NAME", "A:NAME:B", false},
+        {"ShortIsNotALabelOfItsOwn", ":NAME", "NAME", false},
+        {"ShortOfTwoParts", ":A:B", "X:A:B", true},
+        {"Gap", "TOP~NAME", "TOP:X:NAME", true},
+        {"GapKeepsTheOrder", "TOP~NAME", "NAME:TOP", false},
+        {"GapOfNothing", "A:~:B", "A:B", true},
+        {"GapBeginsAtTheFront", "TOP~NAME", "X:TOP:NAME", false},
+        {"GapEndsAtTheEnd", "TOP~NAME", "TOP:NAME:X", false},
+        {"ShortWithGap", ":A~:B", "X:A:Y:B", true},
+        {"ShortWithGapKeepsTheOrder", ":B~:A", "X:A:Y:B", false},
+        {"OnlyAGap", "~", "A", false},
+    };
+    for (const auto& row : kRows)
+        EXPECT_EQ(MatchesLabel(row.search, row.label), row.matches) << row.name;
 }
-
-INSTANTIATE_TEST_SUITE_P(Rows, MatchesLabelTest, testing::ValuesIn(kMatchRows),
-                         [](const auto& row) { return row.param.name; });
 
 void Enter(VariableTable& table, const std::string& label) {
     std::unique_ptr<CVariable> variable = MakeVariable(kTypeString);
@@ -80,6 +73,18 @@ TEST(VariableTableTest, ForgetsWhatItRememberedWhenItChanges) {
     EXPECT_EQ(table.FindOne(name), other.get());
     table.Erase("W:X3");
     EXPECT_EQ(table.FindOne(name), nullptr);
+    table.ReplaceBorrowed(other.get());
+    EXPECT_EQ(table.FindOne(name), other.get());
+}
+
+TEST(VariableTableTest, RemembersAsManyNamesAsAreAskedFor) {
+    VariableTable table;
+    for (int i = 0; i < 3000; ++i)
+        Enter(table, "V:X" + std::to_string(i));
+    for (int i = 0; i < 9000; ++i) {
+        const std::string name = "X" + std::to_string(i % 3000);
+        ASSERT_EQ(table.FindOne(":" + name), table.Find("V:" + name));
+    }
 }
 
 // As a table is used by one call after the other.
