@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "interpreter/MacroRun.h"
+#include "values/ListAssignment.h"
 
 namespace kvl {
 
@@ -75,15 +76,28 @@ bool MacroRun::BindParameter(const FormalParameter& formal, BoundArgument& actua
                        ERRSTR_VAR_TYPE2, formal.typeName, ERRSTR_VAR_NAME2, formal.name);
 }
 
-// --- copying back: values are shared, so that only what is new below a directory has to be told to the caller ---
+// --- copying back: values are shared, so that only what is new is told to the caller ---
 
 bool MacroRun::CopyBack() {
     for (std::size_t i = 0; i < frame_.formalParameters->size(); ++i) {
+        const FormalParameter& formal = (*frame_.formalParameters)[i];
         const BoundArgument& actual = frame_.actualArguments[i];
-        if (actual.typeId != kTypeDirectory) continue;
-        if (!CopyDirectoriesBack((*frame_.formalParameters)[i], actual)) return false;
+        if (actual.typeId == kTypeDirectory && !CopyDirectoriesBack(formal, actual)) return false;
+        if (formal.isReference && !CopyListBack(formal, actual)) return false;
     }
     return true;
+}
+
+// A file or stream that was read into the parameter left it with a list of its own.
+bool MacroRun::CopyListBack(const FormalParameter& formal, const BoundArgument& actual) {
+    const CVariable* parameter = callee_->schema->variableTable.Find(formal.name);
+    const CVariableKVLCategoryList* list = parameter ? FindListOf(*parameter) : nullptr;
+    CVariableKVLCategoryList* callersList = FindListOf(*actual.variable);
+    if (!list || !callersList || list == callersList) return true;
+    if (AssignFromList(*callersList, *list, run_.loops)) return true;
+    MessageContext context = callee_->schema->GetMessageContext();  // a script's: patterns have no references
+    context.Set(ERRSTR_MACRO_NAME, std::string(frame_.macroName) + "( " + formal.name + " )");
+    return Report(ERR_EXEC_SCRIPT_MACRO_1, context);
 }
 
 bool MacroRun::CopyDirectoriesBack(const FormalParameter& formal, const BoundArgument& actual) {

@@ -31,6 +31,7 @@ private:
     [[nodiscard]] bool BindParameters();
     [[nodiscard]] bool BindParameter(const FormalParameter& formal, BoundArgument& actual) const;
     [[nodiscard]] bool CopyBack();
+    [[nodiscard]] bool CopyListBack(const FormalParameter& formal, const BoundArgument& actual);
     [[nodiscard]] bool CopyDirectoriesBack(const FormalParameter& formal, const BoundArgument& actual);
 
     const CPatternSchema& macro_;  // not owned; not looked at any more when the body runs

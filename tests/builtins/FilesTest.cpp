@@ -45,6 +45,18 @@ TEST(FileForms, ReachTheCallerThroughParameters) {
     EXPECT_EQ(run.CellsOf("L"), "x;y;");
 }
 
+// A list read anew has other storage than the one that was handed over; it is copied back for "&" alone.
+TEST(FileForms, ListsReadAnewReachTheCallerOfAReference) {
+    FileScript run;
+    const std::string body = "$L = T$$E = D:FILE(\"a.txt\")$$C = T$$BEGIN ALL L$$L:WORD = \"z\"$$END ALL L$\n";
+    run.AddType("WORDS", "::WORDS = ::LIST{ WORD ::IDENTIFIER }");
+    run.AddScript("READ", "&L::WORDS, &E::WORDS, #C::WORDS, #T::STREAM, #D::KVL:DIRECTORY", body);
+    ASSERT_TRUE(run.Execute("$T ::STREAM = \"a b\"$$L ::WORDS = T$$E ::WORDS$$C ::WORDS = T$"
+                            "$T = \"p q r\"$$READ(L, E, C, T, D)$"))
+        << run.outside.console.output;
+    EXPECT_EQ(run.CellsOf("L") + run.CellsOf("E") + run.CellsOf("C"), "z;z;z;alpha;a;b;");
+}
+
 // A copy that goes wrong has its message, and the script goes on.
 TEST(FileCopies, StopNothing) {
     FileScript run;
