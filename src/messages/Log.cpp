@@ -10,6 +10,7 @@
 #include "text/Numbers.h"
 #include "text/Paths.h"
 #include "text/ProcessState.h"
+#include "text/Utf8.h"
 
 namespace kvl {
 namespace {
@@ -35,8 +36,13 @@ std::string PresentTimeText() {
 
 }  // namespace
 
+// What comes from a source holds the special letters as single bytes, which a terminal cannot show.
 void PrintColoured(std::string_view text, int colour) {
-    if (!text.empty()) TheConsole().Write(text, colour);
+    if (text.empty()) return;
+    if (!TheConsole().IsTerminal()) return TheConsole().Write(text, colour);
+    std::string shown(text);
+    EncodeSpecialLetters(shown, 0);
+    TheConsole().Write(shown, colour);
 }
 
 void Print(std::string_view text) {

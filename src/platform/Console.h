@@ -21,6 +21,7 @@ public:
     // rest.
     virtual void Write(std::string_view text, int colour = kPlain) = 0;
     virtual void Flush() = 0;
+    virtual bool IsTerminal() const = 0;
 
     // One key, without echo on a terminal. LF counts as kKeyReturn, the end of input as kKeyEscape. Away from a
     // terminal the line end directly behind a letter that was answered belongs to that answer; see AcceptKey.

@@ -64,6 +64,8 @@ public:
         SendBuffer();
     }
 
+    bool IsTerminal() const override { return isTerminal_; }
+
     int ReadKey() override {
         Flush();
         return keys_.ReadKey();

@@ -117,6 +117,17 @@ TEST_F(Log, GetsNotesAndProgressLikeTheConsole) {
     EXPECT_EQ(outside.console.TextIn(10), "\nA = M()\n");
 }
 
+TEST_F(Log, TerminalsShowSpecialLettersInUtf8) {
+    ASSERT_TRUE(OpenLog(kLogPath));
+    for (const bool isTerminal : {false, true}) {
+        outside.console.isTerminal = isTerminal;
+        outside.console.output.clear();
+        PrintAndLog("\xE4 \xC3\xA4 \xFF\n");
+        EXPECT_EQ(outside.console.output, isTerminal ? "\xC3\xA4 \xC3\xA4 \xFF\n" : "\xE4 \xC3\xA4 \xFF\n");
+    }
+    EXPECT_EQ(LogBody(), "\xE4 \xC3\xA4 \xFF\n\xE4 \xC3\xA4 \xFF\n");
+}
+
 TEST_F(Log, SummaryIsOnePieceOfThreeLines) {
     Process().warningCount = 2;
     Process().errorCount = 13;

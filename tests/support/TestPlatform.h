@@ -363,6 +363,7 @@ public:
     std::vector<Piece> pieces;  // the same, call by call
     std::string input;          // taken from the front
     std::string outputAtInput;  // what had been written when input was last asked for
+    bool isTerminal = false;
 
     // All text written in that colour.
     std::string TextIn(int colour) const {
@@ -377,6 +378,7 @@ public:
         pieces.push_back({colour, std::string(text)});
     }
     void Flush() override {}
+    bool IsTerminal() const override { return isTerminal; }
 
     int ReadKey() override {
         const int byte = ReadByte();
