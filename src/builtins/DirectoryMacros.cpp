@@ -4,6 +4,7 @@
 #include "builtins/StaticMacros.h"
 #include "messages/FileReports.h"
 #include "text/Paths.h"
+#include "text/Utf8.h"
 #include "values/DirectoryVariable.h"
 
 namespace kvl {
@@ -27,7 +28,7 @@ constexpr std::size_t kMostPaths = 100000;  // of one directory: those below eac
 
 struct DirectoryArguments {
     CVariableKVLDirectory* directory = nullptr;
-    std::string_view text;
+    std::string text;
 };
 
 // The directory is the first argument of the static macro, and the receiver of a method.
@@ -45,12 +46,22 @@ bool FindDirectory(const CPatternSchema& schema, const DirectoryMacroRow& macro,
     return checked.directory || ReportArgumentType(schema, receiver, GetTypeName(kTypeDirectory), "D");
 }
 
+// A source in UTF-8 names files in UTF-8, though its special letters are single bytes here. A macro may get the name from
+// the main script.
+bool TakePath(const CPatternSchema& schema, const BoundArgument& argument, std::string& path) {
+    std::string_view text;
+    if (!TakeStreamArgument(schema, argument, "S", text)) return false;
+    path = text;
+    if (schema.utf8Source || RootSchema().utf8Source) EncodeSpecialLetters(path, 0);
+    return true;
+}
+
 bool CheckDirectoryArguments(const CPatternSchema& schema, const DirectoryMacroRow& macro, const MacroValue& value,
                              DirectoryArguments& checked) {
     const std::size_t count = value.arguments.size();
     if (count < macro.fewest || count > macro.most) return ReportArgumentCount(schema, macro.declaration);
     if (!FindDirectory(schema, macro, value, checked)) return false;
-    return count == 0 || TakeStreamArgument(schema, value.arguments.back(), "S", checked.text);
+    return count == 0 || TakePath(schema, value.arguments.back(), checked.text);
 }
 
 // The paths of the directory above a child; null for a top directory. False if there is no such directory.

@@ -94,6 +94,7 @@ public:
         if (!compiled) return Finish(false);
         root->script = compiled->script;
         root->names = compiled->names;
+        root->utf8Source = compiled->utf8Source;
         root->entityKind = kEntityMainScript;
         if (!CreateStaticMacros(*root) || !EnterMacros()) return Finish(false);
         OutputText text;
