@@ -21,10 +21,10 @@ constexpr std::string_view kMainScriptExtension = ".kvl";
 constexpr std::string_view kUsedUpExtension = ".delete";
 constexpr std::size_t kRuleWidth = 77;
 
-// Directories below are composed with a separator of their own, so that the last one is left out here.
+// Directories below are composed with a separator of their own, so that the last one is left out here, but for the root.
 void SetMainScriptDirectory(std::string_view directory) {
     Process().mainScriptDrive = PathPart(directory, PathMode::Drive);
-    if (directory.ends_with('/')) directory.remove_suffix(1);
+    if (directory.size() > 1 && directory.ends_with('/')) directory.remove_suffix(1);
     Process().mainScriptDirectory = directory;
 }
 

@@ -54,7 +54,7 @@ bool EnsureDirectory(std::string& path, const MessageContext& context) {
     if (!MakeAbsolutePath(absolute, context)) return ReportFatal("MakeAbsolutePath(" + path + ")", context);
     if (!MakeDirectory(absolute, context)) {
         MessageContext filled = context;
-        filled.Set(ERRSTR_PATH, ShownDirectory(absolute, context));
+        filled.Set(ERRSTR_PATH, ShownDirectory(path, context));
         return Report(ERR_EXEC_SCRIPT_FILE_6, filled);
     }
     path = std::move(absolute);

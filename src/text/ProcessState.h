@@ -48,7 +48,7 @@ struct ProcessState {
 
     // interpreter
     std::string mainScriptDrive;
-    std::string mainScriptDirectory;  // without its last separator
+    std::string mainScriptDirectory;  // without its last separator, but for the root
     CPatternSchema* root = nullptr;   // not owned
     std::string generationMark;       // "${" GUID "}$"
     int stoppedLine = -1;             // of the first command that failed, for a run that would end in silence
