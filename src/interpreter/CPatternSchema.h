@@ -117,8 +117,8 @@ public:
         std::string text;      // result of a macro, or the cell of an instance of one element
         bool hasText = false;  // a macro has run
     };
-    [[nodiscard]] bool ResolveOperand(std::string_view name, bool evaluate,
-                                      const std::vector<ActualArgument>& arguments, Operand& operand, RunContext& run);
+    [[nodiscard]] bool ResolveOperand(std::string_view name, bool evaluate, CallArguments arguments, Operand& operand,
+                                      RunContext& run);
     // A built-in, or a macro or type that the main script holds, by its full name; else a macro by the name behind its
     // last
     // ":", with what stands in front as receiver. Null if there is none.
@@ -156,17 +156,15 @@ public:
     [[nodiscard]] bool NextListRecord(ListCursor& cursor, bool& found, const LoopStack& loops) const;
 
     // --- macro calls (_MacroCalls, _Parameters) ---
-    [[nodiscard]] bool ExecuteMacroCall(std::string_view macroName, const std::vector<ActualArgument>& arguments,
+    [[nodiscard]] bool ExecuteMacroCall(std::string_view macroName, CallArguments arguments,
                                         std::string_view commandText, bool asStatement, OutputText& output,
                                         RunContext& run);
-    [[nodiscard]] bool CallForText(CVariable& macro, const std::vector<ActualArgument>& arguments,
-                                   std::string_view object, std::string_view method, std::string& text,
-                                   RunContext& run);
-    [[nodiscard]] bool EvaluateArguments(const std::vector<ActualArgument>& arguments,
-                                         std::vector<BoundArgument>& bound, RunContext& run);
-    [[nodiscard]] bool EvaluateBuiltIn(int identifier, const std::vector<ActualArgument>& arguments,
-                                       std::string_view object, std::string_view method, std::string& text,
-                                       RunContext& run);
+    [[nodiscard]] bool CallForText(CVariable& macro, CallArguments arguments, std::string_view object,
+                                   std::string_view method, std::string& text, RunContext& run);
+    // Nothing is left to do for arguments that are evaluated already.
+    [[nodiscard]] bool EvaluateArguments(CallArguments& arguments, RunContext& run);
+    [[nodiscard]] bool EvaluateBuiltIn(int identifier, CallArguments arguments, std::string_view object,
+                                       std::string_view method, std::string& text, RunContext& run);
 
     std::shared_ptr<CompiledScript> script;  // not changed once it is checked
     VariableTable variableTable;

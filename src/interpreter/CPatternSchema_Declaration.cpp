@@ -31,7 +31,7 @@ bool CPatternSchema::MustBeDeclared(int typeId, std::string_view typeName) const
 CVariable* CPatternSchema::DeclareVariable(std::string_view name, std::string_view typeName, int listMark) {
     if (listMark == kCategoryList) return DeclareList(name, typeName);
     const int typeId = FindTypeId(typeName);
-    if (MustBeDeclared(typeId, typeName)) {
+    if (typeId == kTypeUnknown || IsCategoryType(typeId)) {
         return CreateInstanceOfLoadedType(name, typeName, false) ? variableTable.Find(name) : nullptr;
     }
     const bool mayBeHere = entityKind == kEntityMainScript || name.find(':') != std::string_view::npos;

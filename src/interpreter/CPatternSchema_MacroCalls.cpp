@@ -85,8 +85,8 @@ void AppendWithoutMarks(OutputText& output, OutputText&& body) {
     output.AppendOutput(ReplaceAll(ReplaceAll(body.Text(), mark + "\r\n", ""), mark, ""));
 }
 
-bool RunMacro(CPatternSchema& caller, const CVariable& macro, const std::vector<ActualArgument>& arguments,
-              std::string_view commandText, OutputText& output, RunContext& run) {
+bool RunMacro(CPatternSchema& caller, const CVariable& macro, CallArguments&& arguments, std::string_view commandText,
+              OutputText& output, RunContext& run) {
     if (Process().macroDepth >= kDeepestMacroCall) {
         return caller.Fail(ERR_EXEC_ENVIRON_FATAL_1, ERRSTR_FATAL_REASON, kNestedTooDeep);
     }
@@ -98,7 +98,8 @@ bool RunMacro(CPatternSchema& caller, const CVariable& macro, const std::vector<
     frame.macroName = LastPart(macro.label);
     frame.caller = &caller;
     frame.callerLine = caller.currentLine;
-    if (!caller.EvaluateArguments(arguments, frame.actualArguments, run)) return false;
+    if (!caller.EvaluateArguments(arguments, run)) return false;
+    frame.actualArguments = std::move(arguments.bound);
     if (!schema) return Report(ERR_DECL_PATTERN_HEADER_1, caller.GetMessageContext());  // as any text without one
     MacroRun call(*schema, frame, run);
     if (!call.Run(output)) return false;
@@ -108,14 +109,13 @@ bool RunMacro(CPatternSchema& caller, const CVariable& macro, const std::vector<
 
 }  // namespace
 
-bool CPatternSchema::ExecuteMacroCall(std::string_view macroName, const std::vector<ActualArgument>& arguments,
-                                      std::string_view commandText, bool asStatement, OutputText& output,
-                                      RunContext& run) {
+bool CPatternSchema::ExecuteMacroCall(std::string_view macroName, CallArguments arguments, std::string_view commandText,
+                                      bool asStatement, OutputText& output, RunContext& run) {
     const Callee callee = FindCallee(macroName);
     const bool isBuiltIn = callee.variable && callee.variable->typeId == kTypeStatic;
     if (!isBuiltIn) {
         if (!IsMacro(callee.variable)) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, macroName);
-        return RunMacro(*this, *callee.variable, arguments, commandText, output, run);
+        return RunMacro(*this, *callee.variable, std::move(arguments), commandText, output, run);
     }
 
     const int identifier = static_cast<const CVariableKVLStaticMacro&>(*callee.variable).macroCommand;
@@ -124,31 +124,31 @@ bool CPatternSchema::ExecuteMacroCall(std::string_view macroName, const std::vec
         return Fail(ERR_DECL_SCRIPT_MACRO_4, ERRSTR_MACRO_NAME, macroName);
     }
     std::string text;
-    if (!EvaluateBuiltIn(identifier, arguments, callee.object, callee.method, text, run)) return false;
+    if (!EvaluateBuiltIn(identifier, std::move(arguments), callee.object, callee.method, text, run)) return false;
     output.Append(text);
     return true;
 }
 
-bool CPatternSchema::CallForText(CVariable& macro, const std::vector<ActualArgument>& arguments,
-                                 std::string_view object, std::string_view method, std::string& text, RunContext& run) {
+bool CPatternSchema::CallForText(CVariable& macro, CallArguments arguments, std::string_view object,
+                                 std::string_view method, std::string& text, RunContext& run) {
     text.clear();
     if (macro.typeId == kTypeStatic) {
         const int identifier = static_cast<const CVariableKVLStaticMacro&>(macro).macroCommand;
-        return EvaluateBuiltIn(identifier, arguments, object, method, text, run);
+        return EvaluateBuiltIn(identifier, std::move(arguments), object, method, text, run);
     }
     if (macro.typeId != kTypePattern) return true;  // a script has no text
     OutputText output;
-    if (!ExecuteMacroCall(macro.label, arguments, {}, false, output, run)) return false;
+    if (!ExecuteMacroCall(macro.label, std::move(arguments), {}, false, output, run)) return false;
     text = output.Take();
     return true;
 }
 
-bool CPatternSchema::EvaluateArguments(const std::vector<ActualArgument>& arguments, std::vector<BoundArgument>& bound,
-                                       RunContext& run) {
-    bound.clear();
-    bound.reserve(arguments.size());
-    for (const ActualArgument& argument : arguments) {
-        BoundArgument& result = bound.emplace_back();
+bool CPatternSchema::EvaluateArguments(CallArguments& arguments, RunContext& run) {
+    if (arguments.areBound) return true;
+    arguments.areBound = true;
+    arguments.bound.reserve(arguments.written.size());
+    for (const ActualArgument& argument : arguments.written) {
+        BoundArgument& result = arguments.bound.emplace_back();
         result.byValue = argument.byValue;
         if (argument.typeId != 0) {
             result.typeId = argument.typeId;
@@ -174,11 +174,10 @@ bool CPatternSchema::EvaluateArguments(const std::vector<ActualArgument>& argume
     return true;
 }
 
-bool CPatternSchema::EvaluateBuiltIn(int identifier, const std::vector<ActualArgument>& arguments,
-                                     std::string_view object, std::string_view method, std::string& text,
-                                     RunContext& run) {
-    MacroValue value{{}, std::string(object), std::string(method), {}, run};
-    if (!EvaluateArguments(arguments, value.arguments, run)) return false;
+bool CPatternSchema::EvaluateBuiltIn(int identifier, CallArguments arguments, std::string_view object,
+                                     std::string_view method, std::string& text, RunContext& run) {
+    if (!EvaluateArguments(arguments, run)) return false;
+    MacroValue value{{}, std::string(object), std::string(method), std::move(arguments.bound), run};
     if (!TheBuiltIns().RunStaticMacro(*this, identifier, value)) return false;
     text = std::move(value.result);
     return true;

@@ -47,9 +47,10 @@ CVariable* CPatternSchema::FindGlobal(std::string_view name, std::string_view& o
     return variable;
 }
 
-bool CPatternSchema::ResolveOperand(std::string_view name, bool evaluate, const std::vector<ActualArgument>& arguments,
-                                    Operand& operand, RunContext& run) {
+bool CPatternSchema::ResolveOperand(std::string_view name, bool evaluate, CallArguments arguments, Operand& operand,
+                                    RunContext& run) {
     operand = Operand();
+    if (!EvaluateArguments(arguments, run)) return false;
     std::string_view object, method;
     const CommandRow* builtIn = nullptr;
     if (FindVariable(name, operand.variable)) {
@@ -69,11 +70,9 @@ bool CPatternSchema::ResolveOperand(std::string_view name, bool evaluate, const 
     const bool isCall = operand.variable && GivesText(*operand.variable) && (evaluate || (!object.empty() && !builtIn));
     if (isCall) {
         operand.hasText = true;
-        return builtIn ? EvaluateBuiltIn(builtIn->id, arguments, object, method, operand.text, run)
-                       : CallForText(*operand.variable, arguments, object, method, operand.text, run);
+        return builtIn ? EvaluateBuiltIn(builtIn->id, std::move(arguments), object, method, operand.text, run)
+                       : CallForText(*operand.variable, std::move(arguments), object, method, operand.text, run);
     }
-    std::vector<BoundArgument> unused;
-    if (!arguments.empty() && !EvaluateArguments(arguments, unused, run)) return false;
     if (!operand.variable) return Fail(ERR_DECL_SCRIPT_VAR_5, ERRSTR_VAR_NAME, name);
     if (!evaluate || !IsCell(*operand.variable)) return true;
 

@@ -103,14 +103,25 @@ bool MacroRun::CopyListBack(const FormalParameter& formal, const BoundArgument& 
 bool MacroRun::CopyDirectoriesBack(const FormalParameter& formal, const BoundArgument& actual) {
     CPatternSchema& caller = *frame_.caller;
     for (const CVariable* variable : callee_->schema->variableTable.Below(formal.name)) {
-        if (variable->elementOf || variable->typeId == kTypeInstance) continue;  // they end with the call's instances
+        if (variable->elementOf) continue;  // it comes with its instance
         const std::string label = actual.name + variable->label.substr(formal.name.size());
         if (caller.variableTable.Find(label)) continue;
+        if (variable->typeId == kTypeInstance) {
+            if (!HandOver(*variable, label)) return false;
+            continue;
+        }
         CVariable* copy = caller.EnterVariable(label, variable->typeName, variable->typeId);
         if (!copy) return false;
         StandFor(*copy, *variable);
     }
     return true;
+}
+
+bool MacroRun::HandOver(const CVariable& variable, const std::string& label) {
+    const auto instance = std::static_pointer_cast<CTypeSchema>(variable.typeSchema);
+    instance->RenameVariables(instance->instanceName, label, nullptr);
+    instance->instanceName = label;
+    return frame_.caller->EnterInstance(label, variable.typeName, instance, variable.elementTypeId);
 }
 
 }  // namespace kvl

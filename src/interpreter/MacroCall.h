@@ -25,6 +25,16 @@ struct BoundArgument {
     CVariableKVLCategoryList* ownerList = nullptr;  // of which the variable is a column; not owned
 };
 
+// The arguments of a call as they are written and, once that is done, evaluated: by an operand before it looks at
+// anything else, by other calls behind their trace, and never twice, since a literal may ask the user.
+struct CallArguments {
+    CallArguments(const std::vector<ActualArgument>& arguments) : written(arguments) {}
+
+    const std::vector<ActualArgument>& written;  // not owned
+    std::vector<BoundArgument> bound;
+    bool areBound = false;
+};
+
 struct MacroFrame {
     std::vector<BoundArgument> actualArguments;
     const std::vector<FormalParameter>* formalParameters = nullptr;  // of the macro head; not owned

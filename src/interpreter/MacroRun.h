@@ -33,6 +33,8 @@ private:
     [[nodiscard]] bool CopyBack();
     [[nodiscard]] bool CopyListBack(const FormalParameter& formal, const BoundArgument& actual);
     [[nodiscard]] bool CopyDirectoriesBack(const FormalParameter& formal, const BoundArgument& actual);
+    // The caller gets an instance that was made here, under that name.
+    [[nodiscard]] bool HandOver(const CVariable& variable, const std::string& label);
 
     const CPatternSchema& macro_;  // not owned; not looked at any more when the body runs
     MacroFrame& frame_;

@@ -59,10 +59,11 @@ bool CTypeSchema::PrepareInstance(std::string_view newInstanceName) {
 
 // The entry of a list stays under its old label in `variables`; all others move with their labels.
 void CTypeSchema::RenameVariables(std::string_view oldPrefix, std::string_view newPrefix, const VariableOwner* entity) {
-    std::vector<CVariable*> entries;
+    std::vector<CVariable*> all;
     for (const auto& entry : variables)
-        entries.push_back(entry.second);
-    for (CVariable* variable : WithColumns(std::move(entries))) {
+        all.push_back(entry.second);
+    all = WithColumns(std::move(all));
+    for (CVariable* variable : all) {
         if (variable->IsList()) static_cast<CVariableKVLCategoryList*>(variable)->ColumnsRelabelled();
         Relabel(*variable, oldPrefix, newPrefix, entity);
     }
@@ -76,6 +77,8 @@ void CTypeSchema::RenameVariables(std::string_view oldPrefix, std::string_view n
         node.key() = node.mapped()->label;
         variables.insert(std::move(node));
     }
+    for (CVariable* variable : all)
+        variable->relabelled = false;
 }
 
 // Pairs the variables by position and stops at the end of the shorter side.

@@ -60,9 +60,10 @@ TEST(MacroName, OfTheVariableMustBeTheDeclaredOne) {
     ASSERT_TRUE(run.ExecuteBehindValues(""));
     auto* other = static_cast<CVariableKVLMacro*>(run.root->EnterVariable("OTHER", "KVL:PATTERN", kTypePattern));
     other->ShareValue(*run.root->variableTable.Find("ASTEXT"));
+    const std::vector<ActualArgument> noArguments;
     OutputText output;
     RunContext context;
-    EXPECT_FALSE(run.root->ExecuteMacroCall("OTHER", {}, "OTHER()", true, output, context));
+    EXPECT_FALSE(run.root->ExecuteMacroCall("OTHER", noArguments, "OTHER()", true, output, context));
     EXPECT_NE(run.outside.console.output.find("Actual - Formal Macro/Pattern Name Mismatch. "), std::string::npos);
 }
 
