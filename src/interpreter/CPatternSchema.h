@@ -120,8 +120,7 @@ public:
     [[nodiscard]] bool ResolveOperand(std::string_view name, bool evaluate, CallArguments arguments, Operand& operand,
                                       RunContext& run);
     // A built-in, or a macro or type that the main script holds, by its full name; else a macro by the name behind its
-    // last
-    // ":", with what stands in front as receiver. Null if there is none.
+    // last ":", with what stands in front as receiver. Null if there is none.
     CVariable* FindGlobal(std::string_view name, std::string_view& object, std::string_view& method) const;
     [[nodiscard]] bool EvaluateWeakLiteral(const std::vector<WeakLiteral>& literals, std::string_view name,
                                            std::string& text, RunContext& run);

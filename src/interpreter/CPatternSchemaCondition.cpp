@@ -65,7 +65,7 @@ bool CPatternSchemaCondition::ReadName(std::string_view name, Side& side) {
 bool CPatternSchemaCondition::ReadCall(std::string_view name, const std::vector<ActualArgument>& arguments,
                                        Side& side) {
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(name, true, arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(name, true, CallArguments(arguments), operand, run_)) return false;
     if (!operand.hasText) return schema_.Fail(ERR_DECL_SCRIPT_VAR_9);
     side = {std::move(operand.text), kTypeStream};
     return true;
@@ -97,7 +97,8 @@ int CPatternSchemaCondition::Evaluate() {
 
 bool CPatternSchemaCondition::IsMacroResultNotEmpty(bool& truth) {
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(command_.call->macroName, true, command_.call->arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(command_.call->macroName, true, CallArguments(command_.call->arguments), operand, run_))
+        return false;
     const CVariable& macro = *operand.variable;
     if (!operand.hasText) {
         truth = !macro.GetText().empty();

@@ -51,7 +51,8 @@ bool Assignment::Execute() {
 
 bool Assignment::ResolveLeft() {
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(sides_.operand1, false, sides_.operand1Arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(sides_.operand1, false, CallArguments(sides_.operand1Arguments), operand, run_))
+        return false;
     if (operand.variable->isConstant) return Incompatible();
     operands_.left = operand.variable;
     operands_.leftType = operand.variable->typeId;
@@ -77,7 +78,8 @@ bool Assignment::CheckCast() const {
 bool Assignment::ResolveRight() {
     if (sides_.operand2Kind != 0) return ResolveLiteral();
     CPatternSchema::Operand operand;
-    if (!schema_.ResolveOperand(sides_.operand2, true, sides_.operand2Arguments, operand, run_)) return false;
+    if (!schema_.ResolveOperand(sides_.operand2, true, CallArguments(sides_.operand2Arguments), operand, run_))
+        return false;
     operands_.right = operand.variable;
     operands_.rightType = operand.variable->typeId;
     operands_.rightElementType = operand.variable->elementTypeId;

@@ -124,8 +124,8 @@ bool CPatternSchema::ExecuteCommand(int index, OutputText& output, RunContext& r
             return ExecuteDeclaration(command, run);
         case cmd_kind_macro:
             if (command.subkind == cmd_literal_macro) return ExecuteLiteralMacro(command, output, run);
-            return ExecuteMacroCall(command.call->macroName, command.call->arguments, command.commandText,
-                                    command.asStatement != 0, output, run);
+            return ExecuteMacroCall(command.call->macroName, CallArguments(command.call->arguments),
+                                    command.commandText, command.asStatement != 0, output, run);
         case cmd_kind_stream:
             return WriteStream(index, output);
         case cmd_kind_dummy_stream:
@@ -147,7 +147,8 @@ bool CPatternSchema::ExecuteLiteralMacro(const PatternCommand& command, OutputTe
                         fragment->commands.front().subkind == cmd_call_macro;
     if (!isCall) return Fail(ERR_DECL_SCRIPT_MACRO_1, ERRSTR_MACRO_NAME, text);
     const WrittenCall& call = *fragment->commands.front().call;
-    return ExecuteMacroCall(call.macroName, call.arguments, command.commandText, command.asStatement != 0, output, run);
+    return ExecuteMacroCall(call.macroName, CallArguments(call.arguments), command.commandText,
+                            command.asStatement != 0, output, run);
 }
 
 // Null if the text does not compile. What is compiled does not depend on the place: a call has no use for its line. A

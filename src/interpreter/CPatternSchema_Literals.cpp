@@ -65,7 +65,8 @@ private:
         }
         if (macro->typeId == kTypeScript) return schema_.Fail(ERR_DECL_SCRIPT_LIT_4);
         std::string result;
-        return schema_.CallForText(*macro, piece.arguments, object, method, result, run_) && AddText(result);
+        return schema_.CallForText(*macro, CallArguments(piece.arguments), object, method, result, run_) &&
+               AddText(result);
     }
 
     bool AddText(std::string_view text) {

@@ -28,7 +28,7 @@ struct BoundArgument {
 // The arguments of a call as they are written and, once that is done, evaluated: by an operand before it looks at
 // anything else, by other calls behind their trace, and never twice, since a literal may ask the user.
 struct CallArguments {
-    CallArguments(const std::vector<ActualArgument>& arguments) : written(arguments) {}
+    explicit CallArguments(const std::vector<ActualArgument>& arguments) : written(arguments) {}
 
     const std::vector<ActualArgument>& written;  // not owned
     std::vector<BoundArgument> bound;

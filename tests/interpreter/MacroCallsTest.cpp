@@ -63,7 +63,7 @@ TEST(MacroName, OfTheVariableMustBeTheDeclaredOne) {
     const std::vector<ActualArgument> noArguments;
     OutputText output;
     RunContext context;
-    EXPECT_FALSE(run.root->ExecuteMacroCall("OTHER", noArguments, "OTHER()", true, output, context));
+    EXPECT_FALSE(run.root->ExecuteMacroCall("OTHER", CallArguments(noArguments), "OTHER()", true, output, context));
     EXPECT_NE(run.outside.console.output.find("Actual - Formal Macro/Pattern Name Mismatch. "), std::string::npos);
 }
 
