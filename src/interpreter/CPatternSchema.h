@@ -98,8 +98,6 @@ public:
                                     MissingLoop allowMissingLoop = MissingLoop::Refuse) const;
     // Makes the variable and its storage and puts it into the table, which owns it; null after a message.
     CVariable* CreateVariable(std::string_view label, int typeId, std::string_view typeName);
-    // Can the name, whose identifier this is, be only that of a declared type?
-    bool MustBeDeclared(int typeId, std::string_view typeName) const;
     // Null after a message. `listMark` is kCategoryList for a list declared in place.
     CVariable* DeclareVariable(std::string_view name, std::string_view typeName, int listMark);
     CVariable* EnterVariable(std::string_view name, std::string_view typeName, int typeId);

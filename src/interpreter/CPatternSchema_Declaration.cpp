@@ -24,10 +24,6 @@ void SetDefaultValue(CVariable& variable) {
 }  // namespace
 
 // Categories are parts of types: as the type of a variable their names can only be those of declared ones.
-bool CPatternSchema::MustBeDeclared(int typeId, std::string_view typeName) const {
-    return IsCategoryType(typeId) || (typeId == kTypeUnknown && FindDeclaredType(typeName));
-}
-
 CVariable* CPatternSchema::DeclareVariable(std::string_view name, std::string_view typeName, int listMark) {
     if (listMark == kCategoryList) return DeclareList(name, typeName);
     const int typeId = FindTypeId(typeName);
@@ -45,7 +41,7 @@ CVariable* CPatternSchema::DeclareVariable(std::string_view name, std::string_vi
 // The list is an instance of a type of one column, whose declaration is written and compiled for it.
 CVariable* CPatternSchema::DeclareList(std::string_view name, std::string_view typeName) {
     const int typeId = FindTypeId(typeName);
-    if (MustBeDeclared(typeId, typeName)) {
+    if (IsCategoryType(typeId) || (typeId == kTypeUnknown && FindDeclaredType(typeName))) {
         return CreateInstanceOfLoadedType(name, typeName, true) ? variableTable.Find(name) : nullptr;
     }
     const bool cannotBeEntered = typeId == kTypeUnknown || name.starts_with(':') || variableTable.Find(name);
